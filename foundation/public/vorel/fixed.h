@@ -1,0 +1,40 @@
+// Small fixed-size values: points and directions, and packed symmetric matrices.
+#pragma once
+
+#include <cstddef>
+
+namespace vorel {
+
+/// N contiguous numbers: a point or a direction. `vector_fixed<double, 3>{{1.0, 0.0, 0.0}}`.
+template <class T, std::size_t N>
+struct vector_fixed {
+    static constexpr std::size_t size = N;
+
+    T& operator[](std::size_t i) { return data[i]; }
+    const T& operator[](std::size_t i) const { return data[i]; }
+
+    T data[N];
+};
+
+/// A symmetric N x N matrix as its N(N+1)/2 packed entries, the upper triangle column by column:
+/// 00, 01, 11 and for N = 3 then 02, 12, 22.
+template <class T, std::size_t N>
+struct symmetric_fixed {
+    static constexpr std::size_t size = N * (N + 1) / 2;
+
+    T& operator[](std::size_t k) { return data[k]; }
+    const T& operator[](std::size_t k) const { return data[k]; }
+
+    /// Entry (i, j) of the full matrix.
+    T& operator()(std::size_t i, std::size_t j) { return data[index(i, j)]; }
+    const T& operator()(std::size_t i, std::size_t j) const { return data[index(i, j)]; }
+
+    static constexpr std::size_t index(std::size_t i, std::size_t j)
+    {
+        return i <= j ? j * (j + 1) / 2 + i : i * (i + 1) / 2 + j;
+    }
+
+    T data[N * (N + 1) / 2];
+};
+
+} // namespace vorel

@@ -43,7 +43,7 @@ bool number_columns(edge_numbering& numbering, const dense2D<unsigned>& connect,
             write_run(numbering.meet(from, to), run_length, run);
             run += run_length;
         });
-        if (MIXED && corners == 3) std::fill(out + added.triangle_rows(), out + rows, UNSET_ID);
+        if (MIXED) std::fill(out + added.rows(corners), out + rows, UNSET_ID);
         if (numbering.next_id() > UNSET_ID) return false;
     }
     return true;

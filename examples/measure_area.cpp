@@ -1,5 +1,5 @@
-// Measures the areas of a few meshes: a planar one, one that mixes quadrilaterals and triangles, and
-// a surface in space that comes closer to a sphere the finer it is.
+// Measures the areas of a few meshes: a planar one, one that mixes quadrilaterals and triangles,
+// and a surface in space that comes closer to a sphere the finer it is.
 #include <vorel/tessalo2d.h>
 
 #include <cmath>

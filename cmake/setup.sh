@@ -13,6 +13,7 @@ launcher=()
 if command -v ccache > /dev/null; then
     launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
     export CCACHE_BASEDIR=${CCACHE_BASEDIR:-$root} CCACHE_NOHASHDIR=${CCACHE_NOHASHDIR:-1}
+    export CCACHE_SLOPPINESS=${CCACHE_SLOPPINESS:-pch_defines,time_macros}
     [ -n "${HOME:-}${CCACHE_DIR:-}" ] || export CCACHE_DIR=$root/build/ccache
 fi
 

@@ -8,7 +8,7 @@ namespace vorel::tessalo2d {
 namespace {
 
 /// Between two metrics at a `t` whose nearness to 0 is no matter any more.
-template <int D>
+template <std::size_t D>
 bool reduce_and_interpolate(const symmetric_fixed<double, D>& m1,
                             const symmetric_fixed<double, D>& m2, double t,
                             symmetric_fixed<double, D>& m)
@@ -18,7 +18,7 @@ bool reduce_and_interpolate(const symmetric_fixed<double, D>& m1,
 }
 
 /// As above; near 1 it is a copy of the second metric.
-template <int D>
+template <std::size_t D>
 bool toward(const symmetric_fixed<double, D>& m1, const symmetric_fixed<double, D>& m2, double t,
             symmetric_fixed<double, D>& m)
 {
@@ -31,7 +31,7 @@ bool toward(const symmetric_fixed<double, D>& m1, const symmetric_fixed<double, 
 
 } // namespace
 
-template <int D>
+template <std::size_t D>
 bool interpolate_metric_triangle(const dense2D<double>& metrics, double u, double v, std::size_t a,
                                  std::size_t b, std::size_t c, symmetric_fixed<double, D>& m)
 {
@@ -59,7 +59,7 @@ bool interpolate_metric_triangle(const dense2D<double>& metrics, double u, doubl
     return reduce_and_interpolate(at_c, on_edge, w, m);
 }
 
-template <int D>
+template <std::size_t D>
 bool interpolate_metric_quad(double xi, double eta, const symmetric_fixed<double, D>& m0,
                              const symmetric_fixed<double, D>& m1,
                              const symmetric_fixed<double, D>& m2,
@@ -78,7 +78,7 @@ bool interpolate_metric_quad(double xi, double eta, const symmetric_fixed<double
     return reduce_and_interpolate(low, high, t, m);
 }
 
-template <int D>
+template <std::size_t D>
 bool interpolate_metric_quad_columns(const dense2D<double>& metrics, double xi, double eta,
                                      std::size_t c0, std::size_t c1, std::size_t c2, std::size_t c3,
                                      symmetric_fixed<double, D>& m)

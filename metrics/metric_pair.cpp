@@ -28,21 +28,21 @@ void invert_basis(const double (&basis)[9], double (&inverse)[9])
 
 } // namespace
 
-template <int D>
+template <std::size_t D>
 void compose_metric(const double (&eigenvalues)[D], const double (&inverse)[D * D],
                     symmetric_fixed<double, D>& m)
 {
     double* entry = m.data;
-    for (int i = 0; i < D; ++i)
-        for (int j = 0; j <= i; ++j, ++entry) {
+    for (std::size_t i = 0; i < D; ++i)
+        for (std::size_t j = 0; j <= i; ++j, ++entry) {
             double sum = eigenvalues[0] * inverse[i] * inverse[j];
-            for (int k = 1; k < D; ++k)
+            for (std::size_t k = 1; k < D; ++k)
                 sum += eigenvalues[k] * inverse[k * D + i] * inverse[k * D + j];
             *entry = sum;
         }
 }
 
-template <int D>
+template <std::size_t D>
 bool reduce_metric_pair(metric_pair_reduction<D>& reduction, const symmetric_fixed<double, D>& m1,
                         const symmetric_fixed<double, D>& m2)
 {
@@ -53,14 +53,14 @@ bool reduce_metric_pair(metric_pair_reduction<D>& reduction, const symmetric_fix
         return false;
     }
     invert_basis(reduction.basis, reduction.inverse);
-    for (int k = 0; k < D; ++k) {
+    for (std::size_t k = 0; k < D; ++k) {
         reduction.first_diagonal[k] = quadratic_form(m1, reduction.basis + k * D);
         reduction.second_diagonal[k] = values[k] * reduction.first_diagonal[k];
     }
     return true;
 }
 
-template <int D>
+template <std::size_t D>
 bool interpolate_reduced_metrics(const metric_pair_reduction<D>& reduction, double t,
                                  symmetric_fixed<double, D>& m)
 {
@@ -71,7 +71,7 @@ bool interpolate_reduced_metrics(const metric_pair_reduction<D>& reduction, doub
     eigenvalues_to_sizes(reduction.first_diagonal, first);
     eigenvalues_to_sizes(reduction.second_diagonal, second);
     double sizes[D];
-    for (int k = 0; k < D; ++k) sizes[k] = (second[k] - first[k]) * t + first[k];
+    for (std::size_t k = 0; k < D; ++k) sizes[k] = (second[k] - first[k]) * t + first[k];
     const bool inside = t >= 0.0 && t <= 1.0;
     if (!inside && !spectrum_is_valid(sizes)) {
         m = {};
@@ -83,7 +83,7 @@ bool interpolate_reduced_metrics(const metric_pair_reduction<D>& reduction, doub
     return true;
 }
 
-template <int D>
+template <std::size_t D>
 bool interpolate_metric_pair(double t, const symmetric_fixed<double, D>& m1,
                              const symmetric_fixed<double, D>& m2, symmetric_fixed<double, D>& m)
 {
@@ -99,7 +99,7 @@ bool interpolate_metric_pair(double t, const symmetric_fixed<double, D>& m1,
     return reduce_metric_pair(reduction, m1, m2) && interpolate_reduced_metrics(reduction, t, m);
 }
 
-template <int D>
+template <std::size_t D>
 bool interpolate_metric_columns(const dense2D<double>& metrics, double t, std::size_t i,
                                 std::size_t j, symmetric_fixed<double, D>& m)
 {

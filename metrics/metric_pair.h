@@ -10,7 +10,7 @@
 namespace vorel::tessalo2d {
 
 /// A pair of metrics of dimension D in its common basis.
-template <int D>
+template <std::size_t D>
 struct metric_pair_reduction {
     /// Vector k in entries kD to kD + D - 1, of unit length.
     double basis[D * D];
@@ -34,7 +34,7 @@ inline double quadratic_form(const symmetric_fixed<double, 3>& m, const double* 
 }
 
 /// The metric of column j of a field with 3 (plane) or 6 rows.
-template <int D>
+template <std::size_t D>
 inline symmetric_fixed<double, D> metric_column(const dense2D<double>& metrics, std::size_t j)
 {
     symmetric_fixed<double, D> m;
@@ -45,14 +45,14 @@ inline symmetric_fixed<double, D> metric_column(const dense2D<double>& metrics, 
 
 /// The metric whose quadratic form takes the value eigenvalues[k] on basis vector k, from the
 /// inverse of the basis as in `metric_pair_reduction`.
-template <int D>
+template <std::size_t D>
 void compose_metric(const double (&eigenvalues)[D], const double (&inverse)[D * D],
                     symmetric_fixed<double, D>& m);
 
 /// Brings both metrics into their common basis. M1 has to be definite, M2 only symmetric. False,
 /// and a record of zeros, when the pencil of the pair can't be solved. In the plane in closed form,
 /// in space by one call of `dspev`.
-template <int D>
+template <std::size_t D>
 [[nodiscard]] bool reduce_metric_pair(metric_pair_reduction<D>& reduction,
                                       const symmetric_fixed<double, D>& m1,
                                       const symmetric_fixed<double, D>& m2);
@@ -60,19 +60,19 @@ template <int D>
 /// The metric at `t` between M1 (t = 0) and M2 (t = 1); `t` may lie outside. False with `m` as it
 /// was when one of the two is no metric; false with `m` zeroed when, outside, a size runs out of
 /// range.
-template <int D>
+template <std::size_t D>
 [[nodiscard]] bool interpolate_reduced_metrics(const metric_pair_reduction<D>& reduction, double t,
                                                symmetric_fixed<double, D>& m);
 
 /// Reduces the pair and interpolates. Within the end tolerance of an end the metric there is
 /// copied, whatever it holds. `m` may be one of the two.
-template <int D>
+template <std::size_t D>
 [[nodiscard]] bool interpolate_metric_pair(double t, const symmetric_fixed<double, D>& m1,
                                            const symmetric_fixed<double, D>& m2,
                                            symmetric_fixed<double, D>& m);
 
 /// As above between columns i and j of a field.
-template <int D>
+template <std::size_t D>
 [[nodiscard]] bool interpolate_metric_columns(const dense2D<double>& metrics, double t,
                                               std::size_t i, std::size_t j,
                                               symmetric_fixed<double, D>& m);

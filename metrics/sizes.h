@@ -47,24 +47,24 @@ inline double eigenvalue_to_size(double l)
     return 1.0 / std::sqrt(l);
 }
 
-template <int D>
+template <std::size_t D>
 inline void sizes_to_eigenvalues(const double (&sizes)[D], double (&eigenvalues)[D])
 {
-    for (int k = 0; k < D; ++k) eigenvalues[k] = size_to_eigenvalue(sizes[k]);
+    for (std::size_t k = 0; k < D; ++k) eigenvalues[k] = size_to_eigenvalue(sizes[k]);
 }
 
-template <int D>
+template <std::size_t D>
 inline void eigenvalues_to_sizes(const double (&eigenvalues)[D], double (&sizes)[D])
 {
-    for (int k = 0; k < D; ++k) sizes[k] = eigenvalue_to_size(eigenvalues[k]);
+    for (std::size_t k = 0; k < D; ++k) sizes[k] = eigenvalue_to_size(eigenvalues[k]);
 }
 
 /// True when every value is above 0 and below the largest double; a NaN fails.
-template <int D>
+template <std::size_t D>
 [[nodiscard]] inline bool spectrum_is_valid(const double (&values)[D])
 {
     bool valid = true;
-    for (int k = 0; k < D; ++k) valid = valid && values[k] > 0.0 && values[k] < largest_double;
+    for (std::size_t k = 0; k < D; ++k) valid = valid && values[k] > 0.0 && values[k] < largest_double;
     return valid;
 }
 

@@ -5,9 +5,10 @@
 
 namespace vorel::tessalo2d {
 
-/// Makes (a, b, c) orthonormal with c = a x b: a keeps its direction, b becomes the part of b across
-/// a. A zero a becomes the first axis; a b that is zero or along a is replaced by the axis in which
-/// a is smallest, the first of equal ones. The length tests are on squares that are exactly 0 or 1.
+/// Makes (a, b, c) orthonormal with c = a x b: a keeps its direction, b becomes the part of b
+/// across a. A zero a becomes the first axis; a b that is zero or along a is replaced by the axis
+/// in which a is smallest, the first of equal ones. The length tests are on squares that are
+/// exactly 0 or 1.
 inline void complete_frame(vec3& a, vec3& b, vec3& c)
 {
     const double q = squared_length(a);

@@ -52,8 +52,9 @@ principal_pair curvature_tensor_at_node(const surface_patches& surface,
     principal_pair none = {};
     if (list.size == 0 || doubled_area == 0.0) return none;
     double values[3];
-    vec3 z[3];
-    if (!eigen_sym3(tensor, values, z[0].data, true)) return none;
+    double vectors[9];
+    if (!eigen_sym3(tensor, values, vectors, true)) return none;
+    const vec3 z[3] = {load<3>(vectors), load<3>(vectors + 3), load<3>(vectors + 6)};
     const double scale = 2.0 / doubled_area;
     for (double& value : values) value *= scale;
 

@@ -1,6 +1,6 @@
 // Second fundamental form of a parametric surface from its first derivatives: each coefficient is a
-// line integral around the node's ring of triangles (Green's theorem), divided by the ring's area in
-// the parameter plane.
+// line integral around the node's ring of triangles (Green's theorem), divided by the ring's area
+// in the parameter plane.
 #include "foundation/status.h"
 #include "foundation/vec.h"
 

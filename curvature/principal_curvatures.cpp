@@ -37,8 +37,8 @@ int principal_curvatures(const dense2D<double>& coords, const dense2D<unsigned>&
             const std::size_t i = column[k];
             if (done[i]) continue;
             done[i] = 1;
-            collect_patch(surface, load<3>(points + i * coords.ld), static_cast<unsigned>(e),
-                          marks, patch);
+            collect_patch(surface, load<3>(points + i * coords.ld), static_cast<unsigned>(e), marks,
+                          patch);
             const principal_pair at = curvature_tensor_at_node(surface, patch, marks);
             double* const out = target + 8 * i;
             store(at.first, out);

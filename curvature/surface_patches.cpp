@@ -1,7 +1,7 @@
 // Patches of triangles around the nodes of a surface.
 //
-// Neighbouring patches share most of their triangles and edges, so what these contribute is computed
-// once a call and not once a patch; a patch then only follows links.
+// Neighbouring patches share most of their triangles and edges, so what these contribute is
+// computed once a call and not once a patch; a patch then only follows links.
 #include "curvature/surface_patches.h"
 
 #include "foundation/chained_hash.h"
@@ -22,7 +22,10 @@ using edge_set = chained_hash<elfes::edge2>;
 constexpr int EDGE_ENDS[3][2] = {{1, 2}, {2, 0}, {0, 1}};
 
 /// The square of a number with the number's sign.
-double signed_square(double x) { return x * std::fabs(x); }
+double signed_square(double x)
+{
+    return x * std::fabs(x);
+}
 
 /// A set that can't grow lacks the ridges that it had no room for.
 [[nodiscard]] bool fill_edge_set(const dense2D<unsigned>& ridges, edge_set& set)

@@ -1,4 +1,5 @@
-// Patches of triangles around the nodes of a surface, and what their triangles and edges contribute.
+// Patches of triangles around the nodes of a surface, and what their triangles and edges
+// contribute.
 #pragma once
 
 #include "curvature/generation_marks.h"
@@ -57,11 +58,11 @@ struct patch_limits {
                                    const dense2D<unsigned>& neighbors, const patch_limits& limits,
                                    surface_patches& surface);
 
-/// The triangles around a point, grown from a seed across edges: the seed first, then by distance in
-/// edges, those found from one triangle in ascending order. A triangle joins when its centroid lies
-/// within the radius and the edge is open; one that was refused is not asked again. Growth ends when
-/// the list has reached `max_triangles`, tested before each triangle's neighbours, so it may end up
-/// longer by two. With a squared radius that is not above 0 the patch is the seed.
+/// The triangles around a point, grown from a seed across edges: the seed first, then by distance
+/// in edges, those found from one triangle in ascending order. A triangle joins when its centroid
+/// lies within the radius and the edge is open; one that was refused is not asked again. Growth
+/// ends when the list has reached `max_triangles`, tested before each triangle's neighbours, so it
+/// may end up longer by two. With a squared radius that is not above 0 the patch is the seed.
 void collect_patch(const surface_patches& surface, const vec3& point, unsigned seed,
                    generation_marks& marks, dense1D<unsigned, 8>& list);
 

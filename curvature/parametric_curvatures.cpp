@@ -10,11 +10,12 @@ namespace vorel::tessalo2d {
 
 namespace {
 
-/// What a node carries through the call: the unit normal of the surface there, and twice the area
-/// of its ring in the parameter plane.
+/// What a node carries through the call; one cache line.
 struct ring {
-    vec3 normal;
-    double weight;
+    vec3 normal;    ///< unit normal of the surface at the node
+    double weight;  ///< twice the area of the ring in the parameter plane
+    double sums[3]; ///< twice the line integrals of L, M, N
+    double unused;
 };
 
 vec3 surface_normal(const double* derivatives)
@@ -22,10 +23,10 @@ vec3 surface_normal(const double* derivatives)
     return normalized(cross(load<3>(derivatives), load<3>(derivatives + 3)));
 }
 
-/// Adds to the sums (L, M, N) at node c the share of the ring edge from p to q. The two end values
-/// of the edge are added, not averaged, so each sum is twice its integral.
+/// Adds to the sums at node c the share of the ring edge from p to q. The two end values of the
+/// edge are added, not averaged, so each sum is twice its integral.
 void add_ring_edge(const vec2& uv_c, const vec2& uv_p, const vec2& uv_q, const double* at_p,
-                   const double* at_q, ring& c, double* sums)
+                   const double* at_q, ring& c)
 {
     const vec2 a = uv_p - uv_c;
     const vec2 b = uv_q - uv_c;
@@ -39,9 +40,9 @@ void add_ring_edge(const vec2& uv_c, const vec2& uv_p, const vec2& uv_q, const d
     const double s = area / d;
     const double along_u = s * dot(c.normal, load<3>(at_p) + load<3>(at_q));
     const double along_v = s * dot(c.normal, load<3>(at_p + 3) + load<3>(at_q + 3));
-    sums[0] -= along_u * dv;
-    sums[2] -= along_v * du;
-    sums[1] -= (along_u * du + along_v * dv) * 0.5;
+    c.sums[0] -= along_u * dv;
+    c.sums[2] -= along_v * du;
+    c.sums[1] -= (along_u * du + along_v * dv) * 0.5;
 }
 
 } // namespace
@@ -57,15 +58,14 @@ int parametric_curvatures(const dense2D<double>& uvs, const dense2D<unsigned>& c
     if (!has_rows(derivatives, 6) || derivatives.cols != nodes) return bad_argument(3);
     dense1D<ring, 8> rings;
     if (!rings.reserve(nodes, 1)) return out_of_memory;
-    if (!forms.resize(3, nodes, 0.0)) return out_of_memory;
+    if (!forms.resize(3, nodes)) return out_of_memory;
 
     ring* const at = rings.begin();
-    double* const sums = forms.column(0);
     const double* const uv = uvs.column(0);
     const std::size_t uv_ld = uvs.ld;
     const double* const first = derivatives.column(0);
     const std::size_t ld = derivatives.ld;
-    for (std::size_t i = 0; i < nodes; ++i) at[i] = {surface_normal(first + i * ld), 0.0};
+    for (std::size_t i = 0; i < nodes; ++i) at[i] = {surface_normal(first + i * ld), 0.0, {}, 0.0};
 
     const unsigned* column = connect.column(0);
     for (std::size_t e = 0; e < connect.cols; ++e, column += connect.ld) {
@@ -75,13 +75,14 @@ int parametric_curvatures(const dense2D<double>& uvs, const dense2D<unsigned>& c
             const int q = k < 2 ? k + 1 : 0;
             const int c = 3 - k - q;
             add_ring_edge(points[c], points[k], points[q], first + column[k] * ld,
-                          first + column[q] * ld, at[column[c]], sums + 3 * std::size_t(column[c]));
+                          first + column[q] * ld, at[column[c]]);
         }
     }
-    for (std::size_t i = 0; i < nodes; ++i) {
+    double* out = forms.column(0);
+    for (std::size_t i = 0; i < nodes; ++i, out += 3) {
         const double weight = at[i].weight;
         const double w = weight > 0.0 ? 1.0 / weight : weight;
-        for (int k = 0; k < 3; ++k) sums[3 * i + k] *= w;
+        for (int k = 0; k < 3; ++k) out[k] = at[i].sums[k] * w;
     }
     return success;
 }

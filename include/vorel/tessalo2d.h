@@ -81,7 +81,7 @@ VOREL_API int area(const dense2D<double>& coords, const dense2D<unsigned>& conne
 /// forms        replaced: 3 x N, rows L, M, N of the form; empty on every other return
 /// returns      0; -1 rows of `uvs`; -2 rows or IDs of `connect`; -3 shape of `derivatives`; -199
 ///
-/// O(E + N); 32 bytes a node besides the result.
+/// O(E + N); 64 bytes a node besides the result.
 VOREL_API int parametric_curvatures(const dense2D<double>& uvs, const dense2D<unsigned>& connect,
                                     const dense2D<double>& derivatives, dense2D<double>& forms);
 
@@ -113,7 +113,7 @@ VOREL_API int parametric_curvatures(const dense2D<double>& uvs, const dense2D<un
 /// returns        0; -1 rows of `coords`; -2 rows or IDs of `connect`; -3 columns of `neighbors`;
 ///                -7 rows or IDs of `ridges`; -199, with `curvatures` empty
 ///
-/// The cost of a node follows its patch. About 150 bytes a triangle and one a node besides the
+/// The cost of a node follows its patch. About 150 bytes a triangle and 4 a node besides the
 /// result. When storage for a patch's list is refused the triangle concerned is left out.
 VOREL_API int principal_curvatures(const dense2D<double>& coords, const dense2D<unsigned>& connect,
                                    const dense2D<unsigned>& neighbors, double radius,

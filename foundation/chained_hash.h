@@ -108,7 +108,9 @@ public:
     [[nodiscard]] bool init(std::size_t expected, std::size_t min_buckets);
 
     /// Rebuilds the table with exactly `buckets` buckets. False, and no change, when that is not a
-    /// bucket count of the table of primes from 23 up or when storage can't be had.
+    /// bucket count of the table of primes from 23 up or when storage for the new table can't be
+    /// had. False too when the new table runs out of storage halfway: the entries that found no
+    /// place are then lost (kept: insertion sites look at the count alone).
     [[nodiscard]] bool rehash(std::size_t buckets);
 
     /// The live slot of the key, inserted if absent; a map keeps the value of the first insertion.

@@ -187,6 +187,218 @@ VOREL_API int split_Q4_into_T3(const dense2D<double>& coords, const dense2D<unsi
                                dense1D<unsigned, 8>& split_IDs, dense2D<unsigned>& result);
 
 // ------------------------------------------------------------------------------------ extrusion
+//
+// A line mesh is swept along a path into layers of quadrilaterals (`_Q4`) or of triangle pairs
+// (`_T3`). In all of these functions:
+//
+//   coords      2 x n or 3 x n; the new nodes are appended
+//   connect     2 x E, the line mesh: an edge a column, IDs below n. Open, closed, branched and
+//               separate lines need no distinction; the edge direction is that of the columns
+//   N           number of layers, of equal height
+//   h0, h1      in its place the size at the start and at the end of the path: N becomes the length
+//               of the path by the logarithmic mean of the two, rounded in ratio, at least 1 unless
+//               told otherwise, and heights grow from layer to layer by a constant factor
+//   force_even  makes the N of sizes even
+//   pattern     how quadrilaterals are cut: 0 from the edge's second node to the copy of its first,
+//               1 from the first to the copy of the second, 2 as 0 where layer and edge (both
+//               counted from 0) have an odd sum and as 1 elsewhere. A value that an overload does
+//               not check counts as 1
+//   connectQ    4 x C, or empty; E * N quadrilaterals are appended
+//   connectT    3 x C, or empty; 2 * E * N triangles are appended
+//
+// The m nodes that `connect` uses are the first layer and stay as they are. Ranked by their first
+// appearance, column by column, the copy of rank k in layer l = 1, ..., N has the ID
+// n + (l - 1) * m + k. The quadrilateral of edge e = (a, b) in layer l = 0, ..., N - 1 is column
+// C + e * N + l and runs a, b, copy of b, copy of a; its two triangles are columns
+// C + 2 * (e * N + l) and the next one. Nothing is merged: a full turn leaves its last layer on top
+// of the line, and a node on an axis gets coincident copies.
+//
+// They return 0, also when `connect` is empty or N is 0 and then whatever the other arguments hold;
+// the negative numbers that are listed in the order of the checks; or -199 out of memory or of IDs,
+// with the column counts as before. `coords` then has the row count that it had, unless another is
+// told, and the output may have got its row count. An output must not share storage with `connect`.
+//
+// O(n) to widen or move `coords`, O((E + m) * N) for the rest; about 40 bytes for each node of the
+// line during the call. Each matrix grows once and each new entry is written once.
+
+/// Translation by `V` in the plane.
+///
+/// coords   2 x n
+/// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -5 rows of `connectQ`
+VOREL_API int extrude_translate_Q4(dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                   const vector_fixed<double, 2>& V, unsigned N,
+                                   dense2D<unsigned>& connectQ);
+
+/// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -4, -5 `h0`, `h1` not above 0; -7
+///          rows of `connectQ`
+VOREL_API int extrude_translate_Q4(dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                   const vector_fixed<double, 2>& V, double h0, double h1,
+                                   bool force_even, dense2D<unsigned>& connectQ);
+
+/// Translation by `V` in space. Plane `coords` get a third row of 0.0.
+///
+/// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -5 rows of `connectQ`
+VOREL_API int extrude_translate_Q4(dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                   const vector_fixed<double, 3>& V, unsigned N,
+                                   dense2D<unsigned>& connectQ);
+
+/// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -4, -5 `h0`, `h1` not above 0; -7
+///          rows of `connectQ`
+VOREL_API int extrude_translate_Q4(dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                   const vector_fixed<double, 3>& V, double h0, double h1,
+                                   bool force_even, dense2D<unsigned>& connectQ);
+
+/// Translation by `V` in the plane, into triangles.
+///
+/// coords   2 x n
+/// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -5 `pattern` not 0, 1 or 2; -6 rows
+/// of
+///          `connectT`
+VOREL_API int extrude_translate_T3(dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                   const vector_fixed<double, 2>& V, unsigned N, int pattern,
+                                   dense2D<unsigned>& connectT);
+
+/// Needs room for a third row of `coords` on the way, and may leave their columns 3 apart.
+///
+/// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -4, -5 `h0`, `h1` not above 0; -6
+///          `pattern` not 0, 1 or 2; -8 rows of `connectT`
+VOREL_API int extrude_translate_T3(dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                   const vector_fixed<double, 2>& V, double h0, double h1,
+                                   int pattern, bool force_even, dense2D<unsigned>& connectT);
+
+/// Translation by `V` in space, into triangles. Plane `coords` get a third row of 0.0.
+///
+/// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -5 `pattern` not 0, 1 or 2; -6 rows
+/// of
+///          `connectT`
+VOREL_API int extrude_translate_T3(dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                   const vector_fixed<double, 3>& V, unsigned N, int pattern,
+                                   dense2D<unsigned>& connectT);
+
+/// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -4, -5 `h0`, `h1` not above 0; -6
+///          `pattern` not 0, 1 or 2; -8 rows of `connectT`
+VOREL_API int extrude_translate_T3(dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                   const vector_fixed<double, 3>& V, double h0, double h1,
+                                   int pattern, bool force_even, dense2D<unsigned>& connectT);
+
+/// Rotation around `center` by `angle` in radians, counterclockwise where positive. With 3 rows of
+/// `coords` the new nodes lie at z = 0.0, whatever the z of the line.
+///
+/// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -6 rows of `connectQ`. `coords` has 2
+///          rows after -199
+VOREL_API int extrude_rotate_Q4(dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                const vector_fixed<double, 2>& center, double angle, unsigned N,
+                                dense2D<unsigned>& connectQ);
+
+/// The path is the arc of one node only, the first of the first edge; with 3 rows of `coords` its z
+/// counts as part of the radius.
+///
+/// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -5, -6 `h0`, `h1` not above 0; -8
+///          rows of `connectQ`
+VOREL_API int extrude_rotate_Q4(dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                const vector_fixed<double, 2>& center, double angle, double h0,
+                                double h1, bool force_even, dense2D<unsigned>& connectQ);
+
+/// Rotation around the axis through `center` along `rotation`, by the right-hand rule and by as
+/// many radians as `rotation` is long. Plane `coords` get a third row of 0.0.
+///
+/// connectQ  empty or 3 x C: old columns get an unset fourth row, the storage of triangles among
+///           quadrilaterals. A matrix of 4 rows is refused
+/// returns   -1 rows of `coords`; -2 rows or IDs of `connect`; -3 rows of `connectQ`
+VOREL_API int extrude_rotate_Q4(dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                const vector_fixed<double, 3>& center,
+                                const vector_fixed<double, 3>& rotation, unsigned N,
+                                dense2D<unsigned>& connectQ);
+
+/// The path is the arc of one node only, the first of the first edge.
+///
+/// connectQ  empty or 3 x C, as above
+/// returns   -1 rows of `coords`; -2 rows or IDs of `connect`; -5, -6 `h0`, `h1` not above 0; -8
+///           rows of `connectQ`
+VOREL_API int extrude_rotate_Q4(dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                const vector_fixed<double, 3>& center,
+                                const vector_fixed<double, 3>& rotation, double h0, double h1,
+                                bool force_even, dense2D<unsigned>& connectQ);
+
+/// Rotation in the plane, into triangles; z as with `extrude_rotate_Q4`. Takes any `pattern`.
+///
+/// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -7 rows of `connectT`. `coords` has 2
+///          rows after -199
+VOREL_API int extrude_rotate_T3(dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                const vector_fixed<double, 2>& center, double angle, unsigned N,
+                                int pattern, dense2D<unsigned>& connectT);
+
+/// The path is the arc of one node only, the first of the first edge; with 3 rows of `coords` its z
+/// counts as part of the radius.
+///
+/// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -5, -6 `h0`, `h1` not above 0; -7
+///          `pattern` not 0, 1 or 2; -9 rows of `connectT`. `coords` has 2 rows after -199
+VOREL_API int extrude_rotate_T3(dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                const vector_fixed<double, 2>& center, double angle, double h0,
+                                double h1, int pattern, bool force_even,
+                                dense2D<unsigned>& connectT);
+
+/// Rotation in space, into triangles. Plane `coords` get a third row of 0.0. Takes any `pattern`.
+///
+/// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -7 rows of `connectT`
+VOREL_API int extrude_rotate_T3(dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                const vector_fixed<double, 3>& center,
+                                const vector_fixed<double, 3>& rotation, unsigned N, int pattern,
+                                dense2D<unsigned>& connectT);
+
+/// The path is the arc of one node only, the first of the first edge. Takes any `pattern`.
+///
+/// returns  -1 rows of `coords`, and also rows or IDs of `connect`; -5, -6 `h0`, `h1` not above 0;
+///          -9 rows of `connectT`
+VOREL_API int extrude_rotate_T3(dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                const vector_fixed<double, 3>& center,
+                                const vector_fixed<double, 3>& rotation, double h0, double h1,
+                                int pattern, bool force_even, dense2D<unsigned>& connectT);
+
+/// Screw motion: rotation around the axis through `center` along `rotation`, as with
+/// `extrude_rotate_Q4`, and translation by `translation`, which need not lie along the axis. Plane
+/// `coords` get a third row of 0.0.
+///
+/// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -6 `translation` of no length; -9
+/// rows
+///          of `connectQ`. `coords` has 2 rows after -199
+VOREL_API int extrude_spiral_Q4(dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                const vector_fixed<double, 3>& center,
+                                const vector_fixed<double, 3>& rotation,
+                                const vector_fixed<double, 3>& translation, unsigned N,
+                                dense2D<unsigned>& connectQ);
+
+/// The path is the translation alone. One of no length makes no layer: only an empty `connectQ`
+/// gets its row count.
+///
+/// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -6, -7 `h0`, `h1` not above 0; -9
+///          rows of `connectQ`. `coords` has 2 rows after -199
+VOREL_API int extrude_spiral_Q4(dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                const vector_fixed<double, 3>& center,
+                                const vector_fixed<double, 3>& rotation,
+                                const vector_fixed<double, 3>& translation, double h0, double h1,
+                                bool force_even, dense2D<unsigned>& connectQ);
+
+/// Screw motion, into triangles. Takes any `pattern`.
+///
+/// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -6 `translation` of no length; -10
+///          rows of `connectT`. `coords` has 2 rows after -199
+VOREL_API int extrude_spiral_T3(dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                const vector_fixed<double, 3>& center,
+                                const vector_fixed<double, 3>& rotation,
+                                const vector_fixed<double, 3>& translation, unsigned N, int pattern,
+                                dense2D<unsigned>& connectT);
+
+/// The path is the translation alone, as with `extrude_spiral_Q4`. Takes any `pattern`.
+///
+/// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -6 `h0` not above 0; -4 `h1` not
+/// above
+///          0; -10 rows of `connectT`. `coords` has 2 rows after -199
+VOREL_API int extrude_spiral_T3(dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                const vector_fixed<double, 3>& center,
+                                const vector_fixed<double, 3>& rotation,
+                                const vector_fixed<double, 3>& translation, double h0, double h1,
+                                int pattern, bool force_even, dense2D<unsigned>& connectT);
 
 // ----------------------------------------------------------------------------- structured grids
 
@@ -195,5 +407,79 @@ VOREL_API int split_Q4_into_T3(const dense2D<double>& coords, const dense2D<unsi
 // ------------------------------------------------------------------- interpolation of fields
 
 // ------------------------------------------------------------------- curvature and metric fields
+
+/// Second fundamental form of a parametric surface at the nodes of a triangulation of its parameter
+/// plane, from first derivatives alone: line integrals around the ring of triangles of each node
+/// (Green's theorem), divided by the ring's area. With n the unit vector of Su x Sv at the node,
+/// the form is (-n.Suu, -n.Suv, -n.Svv): positive where the surface bends away from n. It does not
+/// depend on the orientation of the triangles. On the boundary the ring is open and the missing
+/// part is left out. A node in no triangle, or in triangles flat in the parameter plane only, gets
+/// zeros.
+///
+/// uvs          2 x N parameters (u, v)
+/// connect      3 x E, IDs below N
+/// derivatives  6 x N: Su in rows 0 to 2, Sv in rows 3 to 5
+/// forms        replaced: 3 x N, rows L, M, N of the form; empty on every other return
+/// returns      0; -1 rows of `uvs`; -2 rows or IDs of `connect`; -3 shape of `derivatives`; -199
+///
+/// O(E + N); 64 bytes a node besides the result.
+VOREL_API int parametric_curvatures(const dense2D<double>& uvs, const dense2D<unsigned>& connect,
+                                    const dense2D<double>& derivatives, dense2D<double>& forms);
+
+/// Principal directions and curvatures at the nodes of a triangulated surface, from the tensor that
+/// the dihedral angles of a patch of triangles around the node make along its edges (the normal
+/// cycle of a polyhedral surface: Cohen-Steiner and Morvan, 2003). The patch grows from the first
+/// triangle that holds the node across edges, as far as centroids lie within `radius` of it. An
+/// edge is not crossed when it is a ridge or when the normals beside it enclose more than
+/// `max_angle`.
+///
+/// coords         3 x N
+/// connect        3 x E, IDs below N
+/// neighbors      3 x E: entry (k, e) is the triangle across the edge of e opposite its node k.
+/// Only
+///                the columns are checked; an entry that names no triangle is no neighbour
+/// radius         of a patch, in units of `coords`; its sign is lost. With 0 or NaN patches are
+///                single triangles and the values 0
+/// max_angle      in radians; pi or more, or NaN, switches the test off
+/// max_triangles  growth of a patch ends when it has that many; it may have two more
+/// ridges         2 x R edges that a patch may not cross, IDs below N; may be empty
+/// curvatures     replaced: 8 x N. Rows 0 to 2 and 3 to 5 are the directions, unit vectors; row 6
+/// is
+///                the eigenvalue of largest magnitude, row 7 the second. Edges add up along
+///                themselves, so the first direction runs along the sharp edges, across the
+///                strongest bending. Convex surfaces with outward normals have negative values. A
+///                second value below a thousandth of the first has no direction of its own: it gets
+///                the one across the first and the normal. A node in no triangle or in a patch
+///                without area: zeros
+/// returns        0; -1 rows of `coords`; -2 rows or IDs of `connect`; -3 columns of `neighbors`;
+///                -7 rows or IDs of `ridges`; -199, with `curvatures` empty
+///
+/// The cost of a node follows its patch. About 150 bytes a triangle and 4 a node besides the
+/// result. When storage for a patch's list is refused the triangle concerned is left out.
+VOREL_API int principal_curvatures(const dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                   const dense2D<unsigned>& neighbors, double radius,
+                                   double max_angle, unsigned max_triangles,
+                                   const dense2D<unsigned>& ridges, dense2D<double>& curvatures);
+
+/// A metric field from a triangulated surface: each triangle proposes, at each of its nodes, the
+/// mean edge length h of the node in its plane and a chosen size along its normal; the proposals of
+/// a node and what its column held before are intersected (see `minimum_metric`).
+///
+/// coords       3 x N or more rows, which count in edge lengths; normals use rows 0 to 2
+/// connect      3 x E, IDs below N
+/// normal_size  size along the normal: 0 (or NaN) asks for h, a positive one for itself, a negative
+///              one for |normal_size| * h
+/// metrics      grows: 6 x M, rows m00, m01, m11, m02, m12, m22. M is the larger of its present
+///              column count and the largest ID of `connect` plus 1 (an empty `connect` counts as
+///              the ID 0); new columns start at zero, which constrains nothing. The columns of
+///              other nodes keep their values
+/// returns      0; -1 rows of `coords`; -2 rows or IDs of `connect`; -4 rows of `metrics`; -199,
+/// with
+///              nothing changed
+///
+/// Edges of zero or infinite length do not count. A triangle is left at its first node without an
+/// edge that counts. O(E), three intersections a triangle; 12 bytes a node besides the result.
+VOREL_API int metrics_gen_aniso3d(const dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                  double normal_size, dense2D<double>& metrics);
 
 } // namespace vorel::tessalo2d

@@ -255,8 +255,9 @@ enum diagonal_choice : int {
 ///                     negative for a concave one, in space times the warp
 /// min_angle_quality   and its warp times angle quality reaches this: nearness of its corners to
 ///                     right angles, 1 for a rectangle, 0 with a corner of 0 or 180 degrees
-/// min_warp            and its warp reaches this: 1 for a flat one, and always in the plane; 1/2
-///                     for one folded to a right angle; 0 for one folded over
+/// min_warp            and its warp reaches this: 1 always in the plane; in space 1 for a flat one
+///                     (rounding can take 1e-8 off), 1/2 for one folded to a right angle, 0 for
+///                     one folded over
 /// diagonal_criterion  a `diagonal_choice`; with another number, or a fold in the plane, the
 ///                     diagonal from the smallest ID. Folds below 1e-6 are compared by quality. A
 ///                     tie goes to the diagonal from the smallest ID.

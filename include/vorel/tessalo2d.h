@@ -64,6 +64,58 @@ VOREL_API int area(const dense2D<double>& coords, const dense2D<unsigned>& conne
 // --------------------------------------------------------------------------------- connectivity
 
 // ------------------------------------------------------------------- interpolation of fields
+//
+// The functions of this family share their first arguments. Background nodes and targets stand in
+// one matrix of nodes; the background elements are held by
+//
+// coords        2 x N
+// connect       3 x E (T3) or 4 x E (Q4 or mixed), counterclockwise
+// neighbors     shape of `connect`: the element across each local edge, or UNSET_ID
+// node_element  N entries: some element that holds the node; UNSET_ID marks a target. An entry that
+//               names no element marks a background node that no search starts from
+// nodes         IDs below N: the nodes to serve, in that order; background nodes are passed over
+//
+// and `type` is ELEMENT_T3 with 3 rows, ELEMENT_Q4 or ELEMENT_ANY_FACE (mixed) with 4. Any other
+// pair that passes the checks is nothing to do.
+//
+// Each target is located by itself. A quadtree of the nodes that elements use (D. Meagher,
+// Geometric modeling using octree encoding, 1982, in the plane) gives an element near it, and a
+// random walk leads from there (O. Devillers, S. Pion, M. Teillaud, Walking in a triangulation,
+// 2002), repeated from all elements around the nearest node when it leaves the mesh. The draws are
+// those of a Mersenne Twister with seed 1 on every call. A point outside an element by less than
+// 1e-6 of the element's doubled area counts as inside. A target that is not located, also because
+// the walk met a clockwise or flat element, takes the value of the nearest background node. One
+// outside the bounding box of the nodes in use keeps its value. Nothing of that is reported.
+//
+// Cost: O(E) for the checks, O(N log N) for the tree, and for each target a descent in the tree and
+// a few steps between elements; at worst E steps from each element around a node, when `neighbors`
+// leads in circles. Memory: 9 bytes for each node ID in use and 4 cells of 16 bytes for about three
+// nodes, and while the tree is built 32 bytes a node. When the tree has no memory, no target is
+// served.
+
+/// Gives each target the value of a field with any number of rows. This form searches nothing: it
+/// checks its arguments and leaves every field as it is.
+///
+/// field     any rows x N
+/// returns   0; checked in this order: 0 `nodes` is empty; -1 rows of `coords`; -2 `connect` is not
+///           of the kind `type` or has IDs from N up; -3 shape or IDs of `neighbors`; -4 size of
+///           `node_element`; -5 columns of `field`; -6 IDs of `nodes`
+///
+/// One value of working memory.
+VOREL_API int interpolate(const dense2D<double>& coords, const dense2D<unsigned>& connect,
+                          const dense2D<unsigned>& neighbors,
+                          const dense1D<unsigned, 8>& node_element, dense2D<double>& field,
+                          const dense1D<unsigned, 8>& nodes, element_type type);
+
+/// Gives each target the value of a scalar field: linear in a triangle, bilinear in a
+/// quadrilateral, whose local coordinates are found by at most 10 passes of Newton's method.
+///
+/// field     N entries; those of background nodes are read, those of targets written one by one
+/// returns   as the form above, -5 for the size of `field`
+VOREL_API int interpolate(const dense2D<double>& coords, const dense2D<unsigned>& connect,
+                          const dense2D<unsigned>& neighbors,
+                          const dense1D<unsigned, 8>& node_element, dense1D<double, 8>& field,
+                          const dense1D<unsigned, 8>& nodes, element_type type);
 
 // ------------------------------------------------------------------- curvature and metric fields
 

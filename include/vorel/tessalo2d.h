@@ -117,6 +117,55 @@ VOREL_API int interpolate(const dense2D<double>& coords, const dense2D<unsigned>
                           const dense1D<unsigned, 8>& node_element, dense1D<double, 8>& field,
                           const dense1D<unsigned, 8>& nodes, element_type type);
 
+/// Gives each target a metric: simultaneous reduction of two metrics, sizes linear along the common
+/// directions, nested over the triangle. A result that uses a metric which is not positive definite
+/// is refused and the target keeps its own; a value copied from the nearest node is not tested.
+///
+/// metrics     3 x N (m00 m01 m11) or 6 x N (m00 m01 m11 m02 m12 m22), per squared unit of
+/// `coords`;
+///             those of background nodes are read, those of targets written one by one
+/// keep_valid  a target whose metric has only eigenvalues above 0 keeps it
+/// returns     0; checked in this order: 0 `nodes` is empty; -1 rows of `coords`; -2 `connect` is
+///             not all triangles, whatever `type` says, or has IDs from N up; -3 shape or IDs of
+///             `neighbors`; -4 size of `node_element`; -5 columns or rows of `metrics`; -6 IDs of
+///             `nodes`
+///
+/// With 6 rows a call of LAPACK's dspev or two for each target.
+VOREL_API int interpolate_metrics(const dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                  const dense2D<unsigned>& neighbors,
+                                  const dense1D<unsigned, 8>& node_element,
+                                  dense2D<double>& metrics, const dense1D<unsigned, 8>& nodes,
+                                  bool keep_valid, element_type type);
+
+/// As above with all N nodes in the list, of which `node_element` tells the targets: no nodes is
+/// nothing to do, -199 when there is no memory for the list (4 bytes a node), -6 does not occur.
+VOREL_API int interpolate_metrics(const dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                  const dense2D<unsigned>& neighbors,
+                                  const dense1D<unsigned, 8>& node_element,
+                                  dense2D<double>& metrics, bool keep_valid, element_type type);
+
+/// Gives each target a size, the wanted edge length: linear in a triangle. In a quadrilateral
+/// linear along three of its sides; inside and on the side from corner 1 to corner 2 bilinear at
+/// ((xi + 3) / 4, (eta + 3) / 4). A result that uses a size which is not above 0 is refused and the
+/// target keeps its own; a value copied from the nearest node is not tested.
+///
+/// sizes       N entries; those of background nodes are read, those of targets written one by one
+/// keep_valid  a target whose size is above 0 and below the largest double keeps it
+/// returns     0; checked in this order: 0 `nodes` is empty; -1 rows of `coords`; -2 `connect` is
+///             not of the kind `type` or has IDs from N up; -3 shape or IDs of `neighbors`; -4 size
+///             of `node_element`; -5 size of `sizes`; -6 IDs of `nodes`
+VOREL_API int interpolate_metrics(const dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                  const dense2D<unsigned>& neighbors,
+                                  const dense1D<unsigned, 8>& node_element,
+                                  dense1D<double, 8>& sizes, const dense1D<unsigned, 8>& nodes,
+                                  bool keep_valid, element_type type);
+
+/// As above with all N nodes in the list, as for metrics.
+VOREL_API int interpolate_metrics(const dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                  const dense2D<unsigned>& neighbors,
+                                  const dense1D<unsigned, 8>& node_element,
+                                  dense1D<double, 8>& sizes, bool keep_valid, element_type type);
+
 // ------------------------------------------------------------------- curvature and metric fields
 
 } // namespace vorel::tessalo2d

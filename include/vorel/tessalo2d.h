@@ -109,7 +109,100 @@ VOREL_API int normals(const dense2D<double>& coords, const dense2D<unsigned>& co
 
 // ----------------------------------------------------------------------------- order conversion
 
+/// Cuts a quadratic connectivity down to the corners, in place: one linear element for each
+/// quadratic one. IDs are carried over unchecked.
+///
+/// connect  6 x E (T6) becomes 3 x E; 8 x E or 9 x E (mixed quadratic) becomes 4 x E, with row 3
+///          unset in triangles. The storage keeps its leading dimension.
+/// returns  0; -1 any other row count of a filled matrix, a linear one included; `connect` is then
+///          unchanged
+///
+/// O(E), O(1) for T6; no allocation.
+VOREL_API int convert_into_linear(dense2D<unsigned>& connect);
+
+/// Cuts each quadratic element into four linear ones that use its midnodes as corners: three or
+/// four that begin at a corner each, for a triangle the one in the middle last. All keep the
+/// orientation of their parent. IDs are carried over unchecked.
+///
+/// connect  6 x E (T6) or 9 x E (Q9 mixed with T6); Q8 has no centre to cut at
+/// result   grows by 4 * E columns. From 6 rows: triangles, in 3 rows, or with row 3 unset if
+///          `result` has 4. From 9 rows: 4 rows; a filled 3-row `result` is widened with row 3
+///          unset.
+/// returns  0; -1 rows of `connect`; -2 rows of `result` (0, 3 or 4, also when it is empty); -199
+///          out of memory. `result` is unchanged on all but 0.
+///
+/// O(E); `result` is grown once.
+VOREL_API int split_into_linear(const dense2D<unsigned>& connect, dense2D<unsigned>& result);
+
+/// Raises the order of a linear face mesh: adds nodes on every edge and inside every element.
+/// Elements that share an edge share its nodes, each listing them in its own direction. A column of
+/// `result` holds the corners, the nodes of each local edge in order, the interior nodes, and
+/// `UNSET_ID` up to the row count of the longest kind that occurs.
+///
+/// New nodes are numbered behind the old ones: first those of the edges, in the order in which a
+/// walk over the columns meets the edges, then the interior ones element by element. The nodes of
+/// an edge divide it evenly, from the end at which the first element that has it starts.
+///
+/// coords          2 x N or 3 x N; gets the new nodes
+/// connect         3 x E or 4 x E (mixed linear), IDs below N
+/// edge_nodes      new nodes on each edge, any number; without any, the columns get the IDs of the
+///                 interior nodes alone, whose coordinates stay 0
+/// quad_nodes      new nodes in each quadrilateral, a square: a bilinear grid
+/// triangle_nodes  new nodes in each triangle: 0, the centroid, or 3
+/// result          is replaced; empty on every outcome but 0 and -1
+/// edges           nodes that exist already: empty, or edge_nodes + 2 rows of (end, end, first
+///                 node, ...), IDs below N or unset. The nodes of an edge are consecutive from the first
+///                 one on, in the direction of the ends; they keep their coordinates. Of two
+///                 columns for the same edge the first gives the direction and the last the nodes.
+///                 A column with an unset ID in rows 0 to 2 is ignored.
+/// returns         0, also when all three counts are 0 (`result` is then empty); -1 rows of
+///                 `coords`, checked first, then `result` is unchanged; -2 rows or IDs of
+///                 `connect`; -4 `quad_nodes`; -5 `triangle_nodes`; -6 rows or IDs of `edges`; -199
+///                 out of memory or of node IDs. `coords` is unchanged on all but 0.
+///
+/// Each output is grown once. O(E) at about 8 bytes a side and 4 bytes a node of working storage.
+/// When that can't be had a hash table takes its place, and an edge that this table has no storage
+/// for gets `UNSET_ID` for its nodes.
+VOREL_API int convert_into_high_order(dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                      unsigned edge_nodes, unsigned quad_nodes,
+                                      unsigned triangle_nodes, dense2D<unsigned>& result,
+                                      const dense2D<unsigned>& edges);
+
+/// As above, with `connect` replaced by the result. It is copied first: -199 leaves it as it was
+/// when that copy can't be had, and empty otherwise, as do all other outcomes but 0 and -1.
+VOREL_API int convert_into_high_order(dense2D<double>& coords, dense2D<unsigned>& connect,
+                                      unsigned edge_nodes, unsigned quad_nodes,
+                                      unsigned triangle_nodes, const dense2D<unsigned>& edges);
+
+/// `convert_into_high_order` in place with the counts 1, 1, 0: T3 become T6 in 6 rows; a mesh with
+/// quadrilaterals gets 9 rows of Q9 and T6.
+///
+/// returns  0; -1 rows of `coords`; -2 rows or IDs of `connect`; -199 out of memory or of node IDs
+VOREL_API int convert_into_quadratic(dense2D<double>& coords, dense2D<unsigned>& connect);
+
+/// As above, with prepared edges in 3 rows: end, end, middle.
+///
+/// returns  as above, and -6 (not -3) for rows or IDs of `edges`
+VOREL_API int convert_into_quadratic(dense2D<double>& coords, dense2D<unsigned>& connect,
+                                     const dense2D<unsigned>& edges);
+
 // ------------------------------------------------------------------------------------ splitting
+
+/// Makes an all-quadrilateral mesh: adds a node on every edge and one inside every element, and
+/// cuts each triangle into three and each quadrilateral into four quadrilaterals at them. Children
+/// begin at a corner of their parent each, in its order, and keep its orientation.
+///
+/// coords   2 x N or 3 x N; gets the new nodes as with `convert_into_high_order` at counts 1, 1, 1
+/// connect  3 x E or 4 x E (mixed linear), IDs below N
+/// result   empty or 4 rows; the new columns are appended
+/// edges    nodes that exist already: empty, or 3 x M of (end, end, middle), IDs below N
+/// returns  0; -1 rows of `coords`; -2 rows or IDs of `connect`; -3 rows of `result`; -4 rows or
+///          IDs of `edges`; -199 out of memory or of node IDs. On -199 `coords` may have the new nodes
+///          already; `result` is unchanged on all but 0.
+///
+/// O(E); memory for the high-order connectivity on the way, and what that conversion takes.
+VOREL_API int split_into_Q4(dense2D<double>& coords, const dense2D<unsigned>& connect,
+                            dense2D<unsigned>& result, const dense2D<unsigned>& edges);
 
 /// Cuts every quadrilateral of a mixed mesh into two triangles along the diagonal from its first
 /// node: (0, 1, 2) and (2, 3, 0). Triangles are copied, the order of the elements stays.
@@ -162,8 +255,9 @@ enum diagonal_choice : int {
 ///                     negative for a concave one, in space times the warp
 /// min_angle_quality   and its warp times angle quality reaches this: nearness of its corners to
 ///                     right angles, 1 for a rectangle, 0 with a corner of 0 or 180 degrees
-/// min_warp            and its warp reaches this: 1 for a flat one, and always in the plane; 1/2
-///                     for one folded to a right angle; 0 for one folded over
+/// min_warp            and its warp reaches this: 1 always in the plane; in space 1 for a flat one
+///                     (rounding can take 1e-8 off), 1/2 for one folded to a right angle, 0 for
+///                     one folded over
 /// diagonal_criterion  a `diagonal_choice`; with another number, or a fold in the plane, the
 ///                     diagonal from the smallest ID. Folds below 1e-6 are compared by quality. A
 ///                     tie goes to the diagonal from the smallest ID.
@@ -404,6 +498,107 @@ VOREL_API int extrude_spiral_T3(dense2D<double>& coords, const dense2D<unsigned>
 // --------------------------------------------------------------------------------- connectivity
 
 // ------------------------------------------------------------------- interpolation of fields
+//
+// The functions of this family share their first arguments. Background nodes and targets stand in
+// one matrix of nodes; the background elements are held by
+//
+// coords        2 x N
+// connect       3 x E (T3) or 4 x E (Q4 or mixed), counterclockwise
+// neighbors     shape of `connect`: the element across each local edge, or UNSET_ID
+// node_element  N entries: some element that holds the node; UNSET_ID marks a target. An entry that
+//               names no element marks a background node that no search starts from
+// nodes         IDs below N: the nodes to serve, in that order; background nodes are passed over
+//
+// and `type` is ELEMENT_T3 with 3 rows, ELEMENT_Q4 or ELEMENT_ANY_FACE (mixed) with 4. Any other
+// pair that passes the checks is nothing to do.
+//
+// Each target is located by itself. A quadtree of the nodes that elements use (D. Meagher,
+// Geometric modeling using octree encoding, 1982, in the plane) gives an element near it, and a
+// random walk leads from there (O. Devillers, S. Pion, M. Teillaud, Walking in a triangulation,
+// 2002), repeated from all elements around the nearest node when it leaves the mesh. The draws are
+// those of a Mersenne Twister with seed 1 on every call. A point outside an element by less than
+// 1e-6 of the element's doubled area counts as inside. A target that is not located, also because
+// the walk met a clockwise or flat element, takes the value of the nearest background node. One
+// outside the bounding box of the nodes in use keeps its value. Nothing of that is reported.
+//
+// Cost: O(E) for the checks, O(N log N) for the tree, and for each target a descent in the tree and
+// a few steps between elements; at worst E steps from each element around a node, when `neighbors`
+// leads in circles. Memory: 9 bytes for each node ID in use and 4 cells of 16 bytes for about three
+// nodes, and while the tree is built 32 bytes a node. When the tree has no memory, no target is
+// served.
+
+/// Gives each target the value of a field with any number of rows. This form searches nothing: it
+/// checks its arguments and leaves every field as it is.
+///
+/// field     any rows x N
+/// returns   0; checked in this order: 0 `nodes` is empty; -1 rows of `coords`; -2 `connect` is not
+///           of the kind `type` or has IDs from N up; -3 shape or IDs of `neighbors`; -4 size of
+///           `node_element`; -5 columns of `field`; -6 IDs of `nodes`
+///
+/// One value of working memory.
+VOREL_API int interpolate(const dense2D<double>& coords, const dense2D<unsigned>& connect,
+                          const dense2D<unsigned>& neighbors,
+                          const dense1D<unsigned, 8>& node_element, dense2D<double>& field,
+                          const dense1D<unsigned, 8>& nodes, element_type type);
+
+/// Gives each target the value of a scalar field: linear in a triangle, bilinear in a
+/// quadrilateral, whose local coordinates are found by at most 10 passes of Newton's method.
+///
+/// field     N entries; those of background nodes are read, those of targets written one by one
+/// returns   as the form above, -5 for the size of `field`
+VOREL_API int interpolate(const dense2D<double>& coords, const dense2D<unsigned>& connect,
+                          const dense2D<unsigned>& neighbors,
+                          const dense1D<unsigned, 8>& node_element, dense1D<double, 8>& field,
+                          const dense1D<unsigned, 8>& nodes, element_type type);
+
+/// Gives each target a metric: simultaneous reduction of two metrics, sizes linear along the common
+/// directions, nested over the triangle. A result that uses a metric which is not positive definite
+/// is refused and the target keeps its own; a value copied from the nearest node is not tested.
+///
+/// metrics     3 x N (m00 m01 m11) or 6 x N (m00 m01 m11 m02 m12 m22), per squared unit of
+/// `coords`;
+///             those of background nodes are read, those of targets written one by one
+/// keep_valid  a target whose metric has only eigenvalues above 0 keeps it
+/// returns     0; checked in this order: 0 `nodes` is empty; -1 rows of `coords`; -2 `connect` is
+///             not all triangles, whatever `type` says, or has IDs from N up; -3 shape or IDs of
+///             `neighbors`; -4 size of `node_element`; -5 columns or rows of `metrics`; -6 IDs of
+///             `nodes`
+///
+/// With 6 rows a call of LAPACK's dspev or two for each target.
+VOREL_API int interpolate_metrics(const dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                  const dense2D<unsigned>& neighbors,
+                                  const dense1D<unsigned, 8>& node_element,
+                                  dense2D<double>& metrics, const dense1D<unsigned, 8>& nodes,
+                                  bool keep_valid, element_type type);
+
+/// As above with all N nodes in the list, of which `node_element` tells the targets: no nodes is
+/// nothing to do, -199 when there is no memory for the list (4 bytes a node), -6 does not occur.
+VOREL_API int interpolate_metrics(const dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                  const dense2D<unsigned>& neighbors,
+                                  const dense1D<unsigned, 8>& node_element,
+                                  dense2D<double>& metrics, bool keep_valid, element_type type);
+
+/// Gives each target a size, the wanted edge length: linear in a triangle. In a quadrilateral
+/// linear along three of its sides; inside and on the side from corner 1 to corner 2 bilinear at
+/// ((xi + 3) / 4, (eta + 3) / 4). A result that uses a size which is not above 0 is refused and the
+/// target keeps its own; a value copied from the nearest node is not tested.
+///
+/// sizes       N entries; those of background nodes are read, those of targets written one by one
+/// keep_valid  a target whose size is above 0 and below the largest double keeps it
+/// returns     0; checked in this order: 0 `nodes` is empty; -1 rows of `coords`; -2 `connect` is
+///             not of the kind `type` or has IDs from N up; -3 shape or IDs of `neighbors`; -4 size
+///             of `node_element`; -5 size of `sizes`; -6 IDs of `nodes`
+VOREL_API int interpolate_metrics(const dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                  const dense2D<unsigned>& neighbors,
+                                  const dense1D<unsigned, 8>& node_element,
+                                  dense1D<double, 8>& sizes, const dense1D<unsigned, 8>& nodes,
+                                  bool keep_valid, element_type type);
+
+/// As above with all N nodes in the list, as for metrics.
+VOREL_API int interpolate_metrics(const dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                  const dense2D<unsigned>& neighbors,
+                                  const dense1D<unsigned, 8>& node_element,
+                                  dense1D<double, 8>& sizes, bool keep_valid, element_type type);
 
 // ------------------------------------------------------------------- curvature and metric fields
 

@@ -39,7 +39,7 @@ need_packages() {
         as_root=(sudo -n)
         if ! sudo -n true 2> /dev/null; then
             echo "These Debian packages are missing. Install them with"
-            echo "    sudo apt-get install ${missing[*]}"
+            echo "    sudo apt-get update && sudo apt-get install ${missing[*]}"
             finish 1 "FAILED, ${#missing[@]} packages are missing (see above)"
         fi
     fi

@@ -151,8 +151,8 @@ VOREL_API int split_into_linear(const dense2D<unsigned>& connect, dense2D<unsign
 /// triangle_nodes  new nodes in each triangle: 0, the centroid, or 3
 /// result          is replaced; empty on every outcome but 0 and -1
 /// edges           nodes that exist already: empty, or edge_nodes + 2 rows of (end, end, first
-///                 node, ...), IDs below N or unset. The nodes of an edge are consecutive from the first
-///                 one on, in the direction of the ends; they keep their coordinates. Of two
+///                 node, ...), IDs below N or unset. The nodes of an edge are consecutive from the
+///                 first one on, in the direction of the ends; they keep their coordinates. Of two
 ///                 columns for the same edge the first gives the direction and the last the nodes.
 ///                 A column with an unset ID in rows 0 to 2 is ignored.
 /// returns         0, also when all three counts are 0 (`result` is then empty); -1 rows of
@@ -197,8 +197,8 @@ VOREL_API int convert_into_quadratic(dense2D<double>& coords, dense2D<unsigned>&
 /// result   empty or 4 rows; the new columns are appended
 /// edges    nodes that exist already: empty, or 3 x M of (end, end, middle), IDs below N
 /// returns  0; -1 rows of `coords`; -2 rows or IDs of `connect`; -3 rows of `result`; -4 rows or
-///          IDs of `edges`; -199 out of memory or of node IDs. On -199 `coords` may have the new nodes
-///          already; `result` is unchanged on all but 0.
+///          IDs of `edges`; -199 out of memory or of node IDs. On -199 `coords` may have the new
+///          nodes already; `result` is unchanged on all but 0.
 ///
 /// O(E); memory for the high-order connectivity on the way, and what that conversion takes.
 VOREL_API int split_into_Q4(dense2D<double>& coords, const dense2D<unsigned>& connect,
@@ -345,8 +345,7 @@ VOREL_API int extrude_translate_Q4(dense2D<double>& coords, const dense2D<unsign
 ///
 /// coords   2 x n
 /// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -5 `pattern` not 0, 1 or 2; -6 rows
-/// of
-///          `connectT`
+///          of `connectT`
 VOREL_API int extrude_translate_T3(dense2D<double>& coords, const dense2D<unsigned>& connect,
                                    const vector_fixed<double, 2>& V, unsigned N, int pattern,
                                    dense2D<unsigned>& connectT);
@@ -362,8 +361,7 @@ VOREL_API int extrude_translate_T3(dense2D<double>& coords, const dense2D<unsign
 /// Translation by `V` in space, into triangles. Plane `coords` get a third row of 0.0.
 ///
 /// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -5 `pattern` not 0, 1 or 2; -6 rows
-/// of
-///          `connectT`
+///          of `connectT`
 VOREL_API int extrude_translate_T3(dense2D<double>& coords, const dense2D<unsigned>& connect,
                                    const vector_fixed<double, 3>& V, unsigned N, int pattern,
                                    dense2D<unsigned>& connectT);
@@ -453,8 +451,7 @@ VOREL_API int extrude_rotate_T3(dense2D<double>& coords, const dense2D<unsigned>
 /// `coords` get a third row of 0.0.
 ///
 /// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -6 `translation` of no length; -9
-/// rows
-///          of `connectQ`. `coords` has 2 rows after -199
+///          rows of `connectQ`. `coords` has 2 rows after -199
 VOREL_API int extrude_spiral_Q4(dense2D<double>& coords, const dense2D<unsigned>& connect,
                                 const vector_fixed<double, 3>& center,
                                 const vector_fixed<double, 3>& rotation,
@@ -485,8 +482,7 @@ VOREL_API int extrude_spiral_T3(dense2D<double>& coords, const dense2D<unsigned>
 /// The path is the translation alone, as with `extrude_spiral_Q4`. Takes any `pattern`.
 ///
 /// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -6 `h0` not above 0; -4 `h1` not
-/// above
-///          0; -10 rows of `connectT`. `coords` has 2 rows after -199
+///          above 0; -10 rows of `connectT`. `coords` has 2 rows after -199
 VOREL_API int extrude_spiral_T3(dense2D<double>& coords, const dense2D<unsigned>& connect,
                                 const vector_fixed<double, 3>& center,
                                 const vector_fixed<double, 3>& rotation,

@@ -45,6 +45,12 @@ const std::vector<overload>& overloads();
 /// The one with that name.
 const overload& overload_named(const std::string& name);
 
+constexpr double PI = 3.14159265358979323846;
+
+/// A line on nodes 0 to 3 that leaves node 1 out, and its nodes by rank.
+inline const dense2D<unsigned> LINE = {{2, 0}, {0, 3}};
+inline const std::vector<unsigned> SOURCES = {2, 0, 3};
+
 /// Row counts of `coords` that the overload takes.
 std::vector<std::size_t> coords_rows(const overload& o);
 

@@ -11,7 +11,7 @@ using support::columns;
 
 namespace {
 
-const dense2D<unsigned> LINE = {{3, 1}, {1, 0}, {4, 3}};
+const dense2D<unsigned> EDGES = {{3, 1}, {1, 0}, {4, 3}};
 constexpr std::size_t NODES = 5;
 
 /// Overloads that leave two rows of `coords` after a failed step, whatever they had.
@@ -88,7 +88,7 @@ std::size_t requests(const overload& o, std::size_t rows, bool filled, Prepare p
     matrices m = fresh(o, rows, filled);
     prepare(m);
     const std::size_t before = support::allocations();
-    EXPECT_EQ(o.run(m.coords, LINE, {}, m.output), 0);
+    EXPECT_EQ(o.run(m.coords, EDGES, {}, m.output), 0);
     return support::allocations() - before;
 }
 
@@ -101,7 +101,7 @@ matrices with_last_refused(const overload& o, std::size_t rows, bool filled, Pre
     matrices m = fresh(o, rows, filled);
     prepare(m);
     support::failing_allocation armed(count - 1, support::failure::for_good);
-    EXPECT_EQ(o.run(m.coords, LINE, {}, m.output), -199);
+    EXPECT_EQ(o.run(m.coords, EDGES, {}, m.output), -199);
     EXPECT_TRUE(armed.fired());
     return m;
 }
@@ -121,7 +121,7 @@ TEST(ExtrusionRefusal, OfTheNodeMapChangesNothing)
             matrices m = fresh(o, rows, filled);
             roomy(m);
             support::failing_allocation armed(k);
-            EXPECT_EQ(o.run(m.coords, LINE, {}, m.output), -199);
+            EXPECT_EQ(o.run(m.coords, EDGES, {}, m.output), -199);
             expect_unchanged(m, fresh(o, rows, filled));
         }
     });
@@ -171,14 +171,14 @@ TEST(ExtrusionRefusal, OfAnyOneRequestGivesTheFullResultOrNone)
 {
     for_each_case([](const overload& o, std::size_t rows, bool filled) {
         matrices whole = fresh(o, rows, filled);
-        ASSERT_EQ(o.run(whole.coords, LINE, {}, whole.output), 0);
+        ASSERT_EQ(o.run(whole.coords, EDGES, {}, whole.output), 0);
         const auto old_nodes = bits(fresh(o, rows, filled).coords);
         const std::size_t refusals =
             support::each_refused_allocation([&](const auto& armed, const std::string& told) {
                 matrices m = fresh(o, rows, filled);
                 const std::size_t output_cols = m.output.cols;
                 int status = 0;
-                const bool refused = armed([&] { status = o.run(m.coords, LINE, {}, m.output); });
+                const bool refused = armed([&] { status = o.run(m.coords, EDGES, {}, m.output); });
                 // Room ahead of the widening may be refused without harm.
                 EXPECT_TRUE(status == 0 || (refused && status == -199)) << told;
                 if (status == 0) {
@@ -228,7 +228,7 @@ TEST(ExtrusionRefusal, MoreNodesThanIDsAreRefusedAsAFailedElementStep)
             given.angle = given.rotation[2] = 2.0;
         }
         matrices m = fresh(o, rows, filled);
-        EXPECT_EQ(o.run(m.coords, LINE, given, m.output), -199);
+        EXPECT_EQ(o.run(m.coords, EDGES, given, m.output), -199);
         const matrices before = fresh(o, rows, filled);
         EXPECT_EQ(m.output.rows, before.output.rows);
         EXPECT_EQ(columns(m.output), columns(before.output));
@@ -270,9 +270,9 @@ TEST(ExtrusionSafety, SizesThatAreNoNumbersOrHaveNoCountEnd)
                 if (place == 3) given.plane_center[0] = given.center[0] = value;
                 if (place == 4) given.rotation[0] = value;
                 if (place == 5) m.coords(0, 3) = value;
-                const int status = o.run(m.coords, LINE, given, m.output);
+                const int status = o.run(m.coords, EDGES, given, m.output);
                 if (status == 0) {
-                    const std::size_t per_layer = LINE.cols * (o.rows == 4 ? 1 : 2);
+                    const std::size_t per_layer = EDGES.cols * (o.rows == 4 ? 1 : 2);
                     EXPECT_EQ(m.output.cols % per_layer, 0u);
                     EXPECT_EQ(m.coords.cols, NODES + 4 * (m.output.cols / per_layer));
                 } else {

@@ -11,10 +11,6 @@ using tessalo2d::extrude_rotate_T3;
 
 namespace {
 
-constexpr double PI = 3.14159265358979323846;
-const dense2D<unsigned> LINE = {{2, 0}, {0, 3}};
-const std::vector<unsigned> SOURCES = {2, 0, 3};
-
 using point = std::vector<double>;
 
 /// Rotation by the classical formula: the part along the axis stays, the part across it turns.

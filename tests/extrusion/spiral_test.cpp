@@ -12,8 +12,6 @@ using tessalo2d::extrude_spiral_T3;
 
 namespace {
 
-constexpr double PI = 3.14159265358979323846;
-const dense2D<unsigned> LINE = {{2, 0}, {0, 3}};
 const vector_fixed<double, 3> ORIGIN = {{0.0, 0.0, 0.0}};
 
 } // namespace
@@ -176,13 +174,12 @@ TEST(ExtrudeSpiral, EachNodeKeepsItsDistanceFromTheMovingCentre)
         const vector_fixed<double, 3> translation = {{before(0, 3), before(2, 3), before(1, 2)}};
         const unsigned N = 6;
         ASSERT_EQ(extrude_spiral_T3(coords, LINE, center, rotation, translation, N, 0, output), 0);
-        const unsigned sources[] = {2, 0, 3};
         for (std::size_t j = 4; j < coords.cols; ++j) {
             const double t = static_cast<double>((j - 4) / 3 + 1) / N;
             double old_distance = 0.0;
             double distance = 0.0;
             for (std::size_t i = 0; i < 3; ++i) {
-                const double d0 = before(i, sources[(j - 4) % 3]) - center[i];
+                const double d0 = before(i, SOURCES[(j - 4) % 3]) - center[i];
                 const double d1 = coords(i, j) - (center[i] + t * translation[i]);
                 old_distance += d0 * d0;
                 distance += d1 * d1;

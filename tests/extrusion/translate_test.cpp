@@ -11,9 +11,6 @@ using tessalo2d::extrude_translate_T3;
 
 namespace {
 
-const dense2D<unsigned> LINE = {{2, 0}, {0, 3}};
-const std::vector<unsigned> SOURCES = {2, 0, 3};
-
 /// Position of layer l of N when heights grow by a constant factor from h0 to h1 over the path:
 /// the share of the first l terms of a geometric progression.
 double graded_position(std::size_t l, std::size_t N, double h0, double h1)

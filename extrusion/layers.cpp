@@ -57,7 +57,7 @@ struct triangle_pair {
     void write(unsigned* column, std::size_t ld) const
     {
         for (int i = 0; i < 3; ++i) column[i] = first[i];
-        for (int i = 0; i < 3; ++i) column[ld + i] = second[i];
+        for (int i = 0; i < 3; ++i) (column + ld)[i] = second[i];
     }
     void advance(unsigned step)
     {

@@ -10,7 +10,7 @@ namespace vorel::tessalo2d {
 
 namespace {
 
-/// A line that uses fewer than one in so many nodes is hashed. The table then costs about as much.
+/// A line of fewer edges than one to so many nodes is hashed: the table would take more storage.
 constexpr std::size_t SPARSE = 16;
 
 /// The map entries by one slot for each node of the mesh.

@@ -5,6 +5,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <cstdint>
 #include <cstring>
 
 using namespace vorel;
@@ -141,7 +142,7 @@ void roof(benchmark::State& state, std::size_t rows, unsigned pieces)
         std::memcpy(output.begin(), columns.begin(), columns.size * sizeof(unsigned));
         benchmark::ClobberMemory();
     }
-    state.SetItemsProcessed(state.iterations() * elements);
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(elements));
 }
 
 void roof_plane_Q4(benchmark::State& state)

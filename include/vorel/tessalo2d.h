@@ -311,8 +311,8 @@ VOREL_API int split_Q4_into_T3(const dense2D<double>& coords, const dense2D<unsi
 // with the column counts as before. `coords` then has the row count that it had, unless another is
 // told, and the output may have got its row count. An output must not share storage with `connect`.
 //
-// O(n) to widen or move `coords`, O((E + m) * N) for the rest; about 40 bytes for each node of the
-// line during the call. Each matrix grows once and each new entry is written once.
+// O(n) to widen or move `coords`, O((E + m) * N) for the rest; about 100 bytes an edge at most
+// during the call. Each matrix grows once and each new entry is written once.
 
 /// Translation by `V` in the plane.
 ///

@@ -31,6 +31,7 @@
 #include <vorel/dense2D.h>
 #include <vorel/element_type.h>
 #include <vorel/fixed.h>
+#include <vorel/minimum_metric.h>
 
 namespace vorel::tessalo2d {
 

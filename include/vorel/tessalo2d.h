@@ -31,6 +31,7 @@
 #include <vorel/dense2D.h>
 #include <vorel/element_type.h>
 #include <vorel/fixed.h>
+#include <vorel/minimum_metric.h>
 
 namespace vorel::tessalo2d {
 
@@ -490,6 +491,35 @@ VOREL_API int extrude_spiral_T3(dense2D<double>& coords, const dense2D<unsigned>
                                 int pattern, bool force_even, dense2D<unsigned>& connectT);
 
 // ----------------------------------------------------------------------------- structured grids
+
+/// Extends a field over the interior nodes of a structured patch of n x m cells, from its values on
+/// the boundary: the companion of `mesh_struct_Q4` and `mesh_struct_T3`, called with the same list
+/// and count it gives one entry for each node that they append, in their order. A node gets the mean
+/// of the interpolation between the left and right sides and the one between bottom and top.
+///
+/// ids      the nodes around the patch, closed: bottom, right, top (backward) and left (downward)
+///          side, the first node again at the end; 2(n + m) + 1 IDs below the length of the field
+/// count    m, the number of cells along the right and left sides
+/// sizes    grows by (n - 1)(m - 1) entries. A node whose boundary sizes are not above 0 gets 0
+/// returns  0 (an empty list or a count of 0 is nothing to do); -1 a list of less than 5 nodes, not
+///          closed, or with a wrong ID; -2 a length that does not fit `count`; -199 with nothing
+///          changed
+///
+/// A list of 2m + 1 nodes passes as one of no cells along the bottom: it takes the last m - 1
+/// entries away and adds none; kept: callers rely on it. O(n m), no memory but the result.
+VOREL_API int metrics_struct(const dense1D<unsigned, 8>& ids, unsigned count,
+                             dense1D<double, 8>& sizes);
+
+/// As above for metrics, by linear interpolation of the sizes in the common basis of two metrics.
+///
+/// metrics  3 x N (m00, m01, m11) or 6 x N (m00, m01, m11, m02, m12, m22), one column a node; grows
+///          by (n - 1)(m - 1) columns. A node whose boundary metrics are not positive definite gets
+///          zeros
+/// returns  -3 rows of `metrics`, checked first, even with nothing to do; otherwise as above
+///
+/// In space one call of `dspev` a node.
+VOREL_API int metrics_struct(const dense1D<unsigned, 8>& ids, unsigned count,
+                             dense2D<double>& metrics);
 
 // --------------------------------------------------------------------------------- connectivity
 

@@ -51,6 +51,13 @@ struct cell_place {
     integer_point corner;
 };
 
+/// A leaf, its level, and its parent; the root is its own parent.
+struct leaf_place {
+    unsigned leaf = 0;
+    unsigned parent = 0;
+    unsigned level = 32;
+};
+
 struct node_quadtree {
     static constexpr unsigned ROOT_LEVEL = 32;
     static constexpr double LARGEST = 1.7976931348623157e308;
@@ -92,6 +99,14 @@ struct node_quadtree {
     /// none, however near.
     unsigned approximate_node(const vec2& point, const node_filter& filter) const;
 
+    /// The most points of one call below.
+    static constexpr unsigned BLOCK = 32;
+
+    /// As `approximate_node` for each of up to `BLOCK` points. They descend side by side, so that
+    /// their cache misses overlap.
+    void approximate_nodes(const vec2* points, unsigned n, const node_filter& filter,
+                           unsigned* found) const;
+
     /// The nearest node, or `UNSET_ID` when none is nearer than `distance2` on entry. Of nodes at
     /// equal distance the one that the traversal meets first. `distance2` becomes the squared
     /// distance found. Points outside the box have none.
@@ -105,6 +120,10 @@ struct node_quadtree {
 
     /// A cheap first answer: from the leaf of the point, else from its parent, else from anywhere.
     void first_candidate(integer_point at, node_search& search, const node_filter& filter) const;
+
+    /// As above for a point whose leaf has been found.
+    void candidate_around(const leaf_place& place, integer_point at, node_search& search,
+                          const node_filter& filter) const;
 
     /// Depth first through the cells below `start` that meet the search's box, which shrinks with
     /// each better node. `skip_cell` is left out.
@@ -186,6 +205,9 @@ private:
 
     /// From `cell` at `level` down to the leaf that holds the point; both are moved.
     void descend(const integer_point& at, unsigned& cell, unsigned& level) const;
+
+    void prefetch_leaf(const leaf_place& place, const node_filter& filter) const;
+    void prefetch_nodes(const unsigned* leaf, const node_filter& filter) const;
 
     bool add_to_leaf(unsigned cell, unsigned level, unsigned id);
     bool allocate_cell(unsigned& cell);

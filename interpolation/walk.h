@@ -23,9 +23,9 @@ enum walk_end : int {
 struct side_test {
     /// The element has a positive and finite area.
     bool proper;
-    unsigned sides;
+    unsigned char sides;
     /// Bit i: outside side i by more than the tolerance.
-    unsigned outside;
+    unsigned char outside;
 };
 
 /// All sides are tested without a branch: which one fails first is decided afterwards. A side fails
@@ -48,7 +48,7 @@ side_test test_sides(const background_mesh& mesh, const vec2& point, const unsig
         const unsigned outside = unsigned(!(cross2(b, c) >= threshold)) |
                                  unsigned(!(cross2(c, a) >= threshold)) << 1 |
                                  unsigned(!(cross2(a, b) >= threshold)) << 2;
-        return {area > 0.0 && area <= LARGEST, 3, outside};
+        return {area > 0.0 && area <= LARGEST, 3, static_cast<unsigned char>(outside)};
     }
     const double area = quad_double_area<2>(mesh.points, mesh.point_ld, column);
     const double threshold = -(area * tolerance);
@@ -56,17 +56,19 @@ side_test test_sides(const background_mesh& mesh, const vec2& point, const unsig
     const unsigned outside =
         unsigned(!(cross2(a, b) >= threshold)) | unsigned(!(cross2(b, c) >= threshold)) << 1 |
         unsigned(!(cross2(c, d) >= threshold)) << 2 | unsigned(!(cross2(d, a) >= threshold)) << 3;
-    return {area > 0.0 && area <= LARGEST, 4, outside};
+    return {area > 0.0 && area <= LARGEST, 4, static_cast<unsigned char>(outside)};
 }
 
 /// The first failing side in cyclic order from the one after `start_side`, which comes last. At
 /// least one side fails.
 inline unsigned first_outside(const side_test& test, unsigned start_side)
 {
-    const unsigned twice = test.outside | test.outside << test.sides;
+    const unsigned sides = test.sides;
+    const unsigned outside = test.outside;
+    const unsigned twice = outside | outside << sides;
     const unsigned ahead = start_side + 1;
     const unsigned side = ahead + static_cast<unsigned>(__builtin_ctz(twice >> ahead));
-    return side >= test.sides ? side - test.sides : side;
+    return side >= sides ? side - sides : side;
 }
 
 /// A side that the point is outside of, the first in cyclic order from the one after `start_side`;
@@ -87,19 +89,45 @@ inline unsigned start_side(unsigned drawn, unsigned sides)
     return drawn < sides ? drawn : drawn % sides;
 }
 
+/// Side tests of one point that were made before its walk, in the order in which the walk is
+/// likely to need them. A test depends on the element and the point alone, so it is never wrong.
+struct known_tests {
+    static constexpr unsigned MOST = 6;
+
+    void add(unsigned element, side_test test)
+    {
+        elements[size] = element;
+        tests[size] = test;
+        ++size;
+    }
+    /// Whether the test number `step` is that of the element.
+    bool holds(std::size_t step, unsigned element) const
+    {
+        return step < size && elements[step] == element;
+    }
+
+    unsigned size = 0;
+    unsigned elements[MOST];
+    side_test tests[MOST];
+};
+
 /// Walks from `element` to the element that holds the point. Each step takes one draw and leaves
 /// through a side that the point is outside of, preferably one with a neighbour. `steps` counts the
 /// steps; their limit is the number of elements. Any end but `WALK_FOUND` unsets `element`.
 template <mesh_form F>
 walk_end walk_to_element(const background_mesh& mesh, const vec2& point, unsigned& element,
-                         double tolerance, std::size_t& steps, side_draw& draw)
+                         double tolerance, std::size_t& steps, side_draw& draw,
+                         const known_tests& known = known_tests())
 {
     const std::size_t limit = mesh.elements;
     walk_end end = WALK_LEFT;
     steps = 0;
     while (element != UNSET_ID) {
-        if (steps++ >= limit) break;
-        const side_test test = test_sides<F>(mesh, point, mesh.column(element), tolerance);
+        const std::size_t step = steps++;
+        if (step >= limit) break;
+        const side_test test = known.holds(step, element)
+                                   ? known.tests[step]
+                                   : test_sides<F>(mesh, point, mesh.column(element), tolerance);
         unsigned start = start_side(draw.draw(), test.sides);
         if (!test.proper) {
             end = WALK_DEGENERATE;

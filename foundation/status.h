@@ -1,10 +1,6 @@
 // The frame that the exported functions share: status codes and the shape tests they begin with.
 #pragma once
 
-#if defined(__FAST_MATH__)
-#error "results are reproducible bit for bit: build without -ffast-math"
-#endif
-
 #include <vorel/checks.h>
 
 namespace vorel::tessalo2d {

@@ -79,6 +79,14 @@ inline double length(const vec<D>& a)
     return std::sqrt(squared_length(a));
 }
 
+/// The vector scaled to unit length; one whose squared length is exactly 0 or 1 stays as it is.
+template <int D>
+inline vec<D> normalized(const vec<D>& a)
+{
+    const double q = squared_length(a);
+    return q == 0.0 || q == 1.0 ? a : (1.0 / std::sqrt(q)) * a;
+}
+
 /// Third component of the cross product of two plane vectors.
 inline double cross(const vec2& a, const vec2& b)
 {

@@ -45,13 +45,6 @@ struct surface {
     std::size_t elements;
 };
 
-/// The factor that scales a vector of squared length `q` to length 1. A vector without length, or
-/// of just that length, stays.
-double unit_scale(double q)
-{
-    return q == 0.0 || q == 1.0 ? 1.0 : 1.0 / std::sqrt(q);
-}
-
 template <bool MIXED>
 void element_normals(const surface<MIXED>& mesh, bool unit_length, dense2D<double>& vectors)
 {
@@ -61,8 +54,7 @@ void element_normals(const surface<MIXED>& mesh, bool unit_length, dense2D<doubl
         const unsigned* const c = mesh.column(e);
         vec3 n{{0.0, 0.0, 0.0}};
         if (mesh.has_corners(c)) n = mesh.raw_normal(c);
-        if (unit_length) n = unit_scale(squared_length(n)) * n;
-        store(n, to);
+        store(unit_length ? normalized(n) : n, to);
     }
 }
 
@@ -118,8 +110,7 @@ void finish_normals(std::size_t nodes, bool unit_length, const double* weights, 
     for (std::size_t node = 0; node < nodes; ++node, vectors += vector_ld) {
         if (weights[node] == 0.0) continue;
         const vec3 sum = load<3>(vectors);
-        const double scale = unit_length ? unit_scale(squared_length(sum)) : 1.0 / weights[node];
-        store(scale * sum, vectors);
+        store(unit_length ? normalized(sum) : 1.0 / weights[node] * sum, vectors);
     }
 }
 

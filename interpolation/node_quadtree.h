@@ -58,6 +58,12 @@ struct leaf_place {
     unsigned level = 32;
 };
 
+/// Where a descent may begin: a divided cell and its level.
+struct shortcut {
+    unsigned cell;
+    unsigned level;
+};
+
 struct node_quadtree {
     static constexpr unsigned ROOT_LEVEL = 32;
     static constexpr double LARGEST = 1.7976931348623157e308;
@@ -173,6 +179,10 @@ struct node_quadtree {
     dense1D<std::uint64_t, 8> free_stack;
     /// Nodes held.
     std::uint64_t count = 0;
+    /// For each square of a grid of 2^shortcut_bits by 2^shortcut_bits over the root, rows by y, a
+    /// divided cell that holds it, as deep as the grid is fine. Empty, or one entry a square.
+    dense1D<shortcut, 8> shortcuts;
+    unsigned shortcut_bits = 0;
 
 private:
     std::uint32_t quantize_axis(double x, double from) const
@@ -206,6 +216,16 @@ private:
     /// From `cell` at `level` down to the leaf that holds the point; both are moved.
     void descend(const integer_point& at, unsigned& cell, unsigned& level) const;
 
+    /// Where the descent to the leaf of a point begins.
+    const shortcut* shortcut_at(const integer_point& p) const
+    {
+        const unsigned unused = 32 - shortcut_bits;
+        return shortcuts.begin() +
+               ((std::size_t(p.y >> unused) << shortcut_bits) + (p.x >> unused));
+    }
+    void make_shortcuts(std::size_t nodes);
+    /// `x` and `y` are the square of the grid at the lower corner of the cell.
+    void fill_shortcuts(const shortcut& divided, std::size_t x, std::size_t y);
     void prefetch_leaf(const leaf_place& place, const node_filter& filter) const;
     void prefetch_nodes(const unsigned* leaf, const node_filter& filter) const;
 

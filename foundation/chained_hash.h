@@ -108,7 +108,9 @@ public:
     [[nodiscard]] bool init(std::size_t expected, std::size_t min_buckets);
 
     /// Rebuilds the table with exactly `buckets` buckets. False, and no change, when that is not a
-    /// bucket count of the table of primes from 23 up or when storage can't be had.
+    /// bucket count of the table of primes from 23 up or when storage for the new table can't be
+    /// had. False too when the new table runs out of storage halfway: the entries that found no
+    /// place are then lost (kept: insertion sites look at the count alone).
     [[nodiscard]] bool rehash(std::size_t buckets);
 
     /// The live slot of the key, inserted if absent; a map keeps the value of the first insertion.
@@ -194,12 +196,13 @@ bool chained_hash<Key>::init(std::size_t expected, std::size_t min_buckets)
     const double overflow = keys / (keys + static_cast<double>(b)) * keys;
     const bool fits = overflow < 9.0e18 && static_cast<std::size_t>(overflow) <= LARGEST - b;
     const std::size_t total = fits ? b + static_cast<std::size_t>(overflow) : LARGEST;
-    if (total > block->capacity - offset)
-        if (total > LARGEST - offset || !block->__grow(offset + total, offset + size, 1)) {
-            // Nothing is live any more, but the generation starts anew at the same stamp.
-            for (std::size_t i = 0; i < size; ++i) block->data[offset + i].second = 0;
-            return false;
-        }
+    const std::size_t room = block->capacity > offset ? block->capacity - offset : 0;
+    if (total > room &&
+        (total > LARGEST - offset || !block->__grow(offset + total, offset + size, 1))) {
+        // Nothing is live any more, but the generation starts anew at the same stamp.
+        for (std::size_t i = 0; i < size; ++i) block->data[offset + i].second = 0;
+        return false;
+    }
     bucket_count = b;
     reciprocal = LARGEST / b;
     size = b;

@@ -54,6 +54,12 @@ public:
         return view;
     }
 
+    /// As above on memory that is only read: for arguments that a call takes by constant reference.
+    static const dense1D wrap(const T* memory, std::size_t n)
+    {
+        return wrap(const_cast<T*>(memory), n);
+    }
+
     void swap(dense1D& other) noexcept
     {
         std::swap(block, other.block);
@@ -97,6 +103,23 @@ public:
         block->data[i] = value;
         ++size;
     }
+
+    /// Deep copy: storage of its own with the source's elements. False on exhaustion; the view is
+    /// then unchanged.
+    [[nodiscard]] bool copy(const dense1D& source)
+    {
+        dense1D fresh;
+        if (!fresh.resize(source.size)) return false;
+        if (!source.is_empty()) std::copy(source.begin(), source.end(), fresh.begin());
+        swap(fresh);
+        return true;
+    }
+
+    /// No elements.
+    bool is_empty() const noexcept { return size == 0; }
+
+    /// Forgets the contents and keeps the storage.
+    void clear() noexcept { size = 0; }
 
     T& operator[](std::size_t i) { return block->data[offset + i]; }
     const T& operator[](std::size_t i) const { return block->data[offset + i]; }

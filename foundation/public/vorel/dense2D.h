@@ -71,6 +71,17 @@ public:
         return wrap(memory, rows_, cols_, rows_);
     }
 
+    /// As above on memory that is only read: for arguments that a call takes by constant reference.
+    static const dense2D wrap(const T* memory, std::size_t rows_, std::size_t cols_,
+                              std::size_t ld_)
+    {
+        return wrap(const_cast<T*>(memory), rows_, cols_, ld_);
+    }
+    static const dense2D wrap(const T* memory, std::size_t rows_, std::size_t cols_)
+    {
+        return wrap(memory, rows_, cols_, rows_);
+    }
+
     void swap(dense2D& other) noexcept
     {
         std::swap(block, other.block);

@@ -10,8 +10,8 @@ template <class T, std::size_t N>
 struct vector_fixed {
     static constexpr std::size_t size = N;
 
-    T& operator[](std::size_t i) { return data[i]; }
-    const T& operator[](std::size_t i) const { return data[i]; }
+    constexpr T& operator[](std::size_t i) { return data[i]; }
+    constexpr const T& operator[](std::size_t i) const { return data[i]; }
 
     T data[N];
 };
@@ -22,12 +22,12 @@ template <class T, std::size_t N>
 struct symmetric_fixed {
     static constexpr std::size_t size = N * (N + 1) / 2;
 
-    T& operator[](std::size_t k) { return data[k]; }
-    const T& operator[](std::size_t k) const { return data[k]; }
+    constexpr T& operator[](std::size_t k) { return data[k]; }
+    constexpr const T& operator[](std::size_t k) const { return data[k]; }
 
     /// Entry (i, j) of the full matrix.
-    T& operator()(std::size_t i, std::size_t j) { return data[index(i, j)]; }
-    const T& operator()(std::size_t i, std::size_t j) const { return data[index(i, j)]; }
+    constexpr T& operator()(std::size_t i, std::size_t j) { return data[index(i, j)]; }
+    constexpr const T& operator()(std::size_t i, std::size_t j) const { return data[index(i, j)]; }
 
     static constexpr std::size_t index(std::size_t i, std::size_t j)
     {

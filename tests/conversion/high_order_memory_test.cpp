@@ -173,7 +173,7 @@ namespace {
 support::mesh few_among_many(unsigned seed, bool twice)
 {
     support::die draw(seed);
-    support::mesh m{"few", dense2D<double>(2, 4000, 0.0), dense2D<unsigned>(4, twice ? 10 : 5)};
+    support::mesh m{"few", dense2D<double>(2, 700, 0.0), dense2D<unsigned>(4, twice ? 10 : 5)};
     support::jitter(m, 1.0, seed);
     for (std::size_t e = 0; e < m.connect.cols; ++e)
         for (std::size_t i = 0; i < 4; ++i)
@@ -191,7 +191,7 @@ TEST(ConvertIntoHighOrder, AnEdgeThatWasRefusedOnceIsNumberedAtItsNextMeeting)
         const support::mesh m = few_among_many(seed, true);
         outcome to;
         to.coords = copy_of(m.coords);
-        ASSERT_TRUE(to.coords.reserve(2, 5000, 1) && to.connect.reserve(12, 10, 1));
+        ASSERT_TRUE(to.coords.reserve(2, 900, 1) && to.connect.reserve(12, 10, 1));
         bool refused = false;
         {
             support::failing_allocation refuse(1);
@@ -234,7 +234,7 @@ TEST(SplitIntoQ4, AQuadrilateralWhoseLastEdgeFoundNoMemoryIsCutAsATriangle)
         const support::mesh m = few_among_many(seed, false);
         for (std::size_t k = 1; k < 4; ++k) {
             dense2D<double> coords = copy_of(m.coords);
-            ASSERT_TRUE(coords.reserve(2, 5000, 1));
+            ASSERT_TRUE(coords.reserve(2, 900, 1));
             dense2D<unsigned> result;
             support::failing_allocation refuse(k);
             if (tessalo2d::split_into_Q4(coords, m.connect, result, NO_EDGES) != 0) continue;

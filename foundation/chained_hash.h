@@ -196,12 +196,13 @@ bool chained_hash<Key>::init(std::size_t expected, std::size_t min_buckets)
     const double overflow = keys / (keys + static_cast<double>(b)) * keys;
     const bool fits = overflow < 9.0e18 && static_cast<std::size_t>(overflow) <= LARGEST - b;
     const std::size_t total = fits ? b + static_cast<std::size_t>(overflow) : LARGEST;
-    if (total > block->capacity - offset)
-        if (total > LARGEST - offset || !block->__grow(offset + total, offset + size, 1)) {
-            // Nothing is live any more, but the generation starts anew at the same stamp.
-            for (std::size_t i = 0; i < size; ++i) block->data[offset + i].second = 0;
-            return false;
-        }
+    const std::size_t room = block->capacity > offset ? block->capacity - offset : 0;
+    if (total > room &&
+        (total > LARGEST - offset || !block->__grow(offset + total, offset + size, 1))) {
+        // Nothing is live any more, but the generation starts anew at the same stamp.
+        for (std::size_t i = 0; i < size; ++i) block->data[offset + i].second = 0;
+        return false;
+    }
     bucket_count = b;
     reciprocal = LARGEST / b;
     size = b;

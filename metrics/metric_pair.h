@@ -33,14 +33,26 @@ inline double quadratic_form(const symmetric_fixed<double, 3>& m, const double* 
            m.data[5] * (x[2] * x[2]);
 }
 
-/// The metric of column j of a field with 3 (plane) or 6 rows.
+/// The metric whose entries start at `entry`.
+template <std::size_t D>
+inline symmetric_fixed<double, D> load_metric(const double* entry)
+{
+    symmetric_fixed<double, D> m;
+    for (std::size_t k = 0; k < m.size; ++k) m.data[k] = entry[k];
+    return m;
+}
+
+template <std::size_t D>
+inline void store_metric(const symmetric_fixed<double, D>& m, double* entry)
+{
+    for (std::size_t k = 0; k < m.size; ++k) entry[k] = m.data[k];
+}
+
+/// The metric of column j of a field with 3 rows (in the plane) or 6.
 template <std::size_t D>
 inline symmetric_fixed<double, D> metric_column(const dense2D<double>& metrics, std::size_t j)
 {
-    symmetric_fixed<double, D> m;
-    const double* const column = metrics.column(j);
-    for (std::size_t k = 0; k < m.size; ++k) m.data[k] = column[k];
-    return m;
+    return load_metric<D>(metrics.column(j));
 }
 
 /// The metric whose quadratic form takes the value eigenvalues[k] on basis vector k, from the

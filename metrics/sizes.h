@@ -64,7 +64,8 @@ template <std::size_t D>
 [[nodiscard]] inline bool spectrum_is_valid(const double (&values)[D])
 {
     bool valid = true;
-    for (std::size_t k = 0; k < D; ++k) valid = valid && values[k] > 0.0 && values[k] < largest_double;
+    for (std::size_t k = 0; k < D; ++k)
+        valid = valid && values[k] > 0.0 && values[k] < largest_double;
     return valid;
 }
 

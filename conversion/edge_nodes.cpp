@@ -43,10 +43,37 @@ bool number_columns(edge_numbering& numbering, const dense2D<unsigned>& connect,
             write_run(numbering.meet(from, to), run_length, run);
             run += run_length;
         });
-        if (MIXED && corners == 3) std::fill(out + added.triangle_rows(), out + rows, UNSET_ID);
+        if (MIXED) std::fill(out + added.rows(corners), out + rows, UNSET_ID);
         if (numbering.next_id() > UNSET_ID) return false;
     }
     return true;
+}
+
+/// The common case of one node on each edge and no sizes. Which sides are new is hard to foretell:
+/// a node is placed at every side, and the next one overwrites it unless it was new.
+template <int D, bool MIXED>
+void place_midpoints(dense2D<double>& coords, const dense2D<unsigned>& connect,
+                     const dense2D<unsigned>& result, std::size_t first, std::size_t end)
+{
+    double* const points = coords.block->data + coords.offset;
+    const std::size_t point_ld = coords.ld;
+    const unsigned* column = connect.block->data + connect.offset;
+    const std::size_t ld = connect.ld;
+    const std::size_t elements = connect.cols;
+    const unsigned* listed = result.block->data + result.offset;
+    const std::size_t listed_ld = result.ld;
+    std::size_t next = first;
+    for (std::size_t e = 0; e < elements && next != end; ++e, column += ld, listed += listed_ld) {
+        const unsigned corners = corner_count<MIXED>(column);
+        const unsigned* midnode = listed + corners;
+        for_each_edge(column, corners, [&](unsigned from, unsigned to) {
+            if (next == end) return;
+            const vec<D> a = load<D>(points + from * point_ld);
+            const vec<D> b = load<D>(points + to * point_ld);
+            store(a + 0.5 * (b - a), points + next * point_ld);
+            next += *midnode++ == next;
+        });
+    }
 }
 
 template <int D, bool MIXED>
@@ -99,6 +126,13 @@ void place_edge_nodes(dense2D<double>& coords, const dense2D<unsigned>& connect,
                       const element_nodes& added, const dense2D<unsigned>& result,
                       std::size_t first, std::size_t end, const dense1D<double, 8>& sizes)
 {
+    if (added.on_edge == 1 && sizes.size == 0) {
+        const auto place =
+            coords.rows == 2
+                ? (connect.rows == 4 ? place_midpoints<2, true> : place_midpoints<2, false>)
+                : (connect.rows == 4 ? place_midpoints<3, true> : place_midpoints<3, false>);
+        return place(coords, connect, result, first, end);
+    }
     const node_sizes known(sizes);
     const auto place = coords.rows == 2
                            ? (connect.rows == 4 ? place_columns<2, true> : place_columns<2, false>)

@@ -13,9 +13,12 @@ struct element_nodes {
     unsigned in_quad;
     unsigned in_triangle;
 
-    std::size_t interior_row(std::size_t corners) const { return corners + corners * on_edge; }
-    std::size_t triangle_rows() const { return interior_row(3) + in_triangle; }
-    std::size_t quad_rows() const { return interior_row(4) + in_quad; }
+    unsigned inside(unsigned corners) const { return corners == 3 ? in_triangle : in_quad; }
+    std::size_t interior_row(unsigned corners) const
+    {
+        return corners + std::size_t(corners) * on_edge;
+    }
+    std::size_t rows(unsigned corners) const { return interior_row(corners) + inside(corners); }
 };
 
 /// The corners of a linear column; `MIXED` storage has 4 rows with triangles among them.

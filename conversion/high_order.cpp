@@ -40,8 +40,7 @@ bool convert(dense2D<double>& coords, const dense2D<unsigned>& connect, const el
     const std::size_t elements = connect.cols;
     const std::size_t triangles = count_triangles(connect);
     const std::size_t quads = elements - triangles;
-    const std::size_t rows =
-        std::max<std::size_t>(triangles ? added.triangle_rows() : 0, quads ? added.quad_rows() : 0);
+    const std::size_t rows = std::max(triangles ? added.rows(3) : 0, quads ? added.rows(4) : 0);
     const auto add_interior_ids = [&](std::size_t& next_id) {
         return take_ids(next_id, triangles, added.in_triangle) &&
                take_ids(next_id, quads, added.in_quad);
@@ -50,9 +49,10 @@ bool convert(dense2D<double>& coords, const dense2D<unsigned>& connect, const el
     if (added.on_edge == 0) {
         // Kept: without edge nodes the columns get interior nodes alone, and these stay at 0.
         std::size_t end = nodes;
-        if (!add_interior_ids(end)) return false;
-        if (!result.resize(rows, elements, UNSET_ID)) return false;
+        if (!add_interior_ids(end) || !result.reserve(rows, elements, 1)) return false;
         if (!coords.resize(coords.rows, end, 0.0)) return false;
+        // Fits what was reserved: the coordinates need no undoing.
+        if (!result.resize(rows, elements, UNSET_ID)) return false;
         place_interior_nodes(coords, connect, added, result, nodes, sizes);
         return true;
     }
@@ -91,6 +91,8 @@ int convert_worker(dense2D<double>& coords, const dense2D<unsigned>& connect, un
     if (!has_rows(coords, 2, 3)) return bad_argument(1);
     // Kept: from here on every outcome but success leaves an empty result.
     result.clear();
+    // Growing a block that the inputs share would take their entries away.
+    if (result.block == connect.block || result.block == edges.block) result = dense2D<unsigned>();
     if (is_empty(connect)) return success;
     if (std::size_t(edge_nodes) + quad_nodes + triangle_nodes == 0) return success;
     const unsigned bound = node_bound(coords);

@@ -94,7 +94,7 @@ void place_columns(dense2D<double>& coords, const dense2D<unsigned>& connect,
     std::size_t next = first;
     for (std::size_t e = 0; e < elements; ++e, column += ld, out += out_ld) {
         const unsigned corners = corner_count<MIXED>(column);
-        const unsigned count = corners == 3 ? added.in_triangle : added.in_quad;
+        const unsigned count = added.inside(corners);
         unsigned* const listed = out + added.interior_row(corners);
         for (unsigned i = 0; i < count; ++i) listed[i] = static_cast<unsigned>(next + i);
         if (has_corners && count != 0) {

@@ -97,7 +97,8 @@ unsigned background_locator<F>::nearest_node(const vec2& point) const
 
 template <mesh_form F>
 bool background_locator<F>::locate_element(const vec2& point, unsigned& element, double tolerance,
-                                           bool allow_fallback, side_draw& draw)
+                                           bool allow_fallback, side_draw& draw,
+                                           const known_tests& known)
 {
     if (element == UNSET_ID) {
         const unsigned node = tree.approximate_node(point, filter);
@@ -106,7 +107,7 @@ bool background_locator<F>::locate_element(const vec2& point, unsigned& element,
         if (element == UNSET_ID) return false;
     }
     std::size_t steps;
-    walk_end end = walk_to_element<F>(elements, point, element, tolerance, steps, draw);
+    walk_end end = walk_to_element<F>(elements, point, element, tolerance, steps, draw, known);
     if (allow_fallback && end == WALK_LEFT) {
         const unsigned node = nearest_node(point);
         if (node == UNSET_ID) return false;
@@ -122,6 +123,48 @@ bool background_locator<F>::locate_element(const vec2& point, unsigned& element,
     }
     if (end != WALK_FOUND) element = UNSET_ID;
     return end == WALK_FOUND;
+}
+
+template <mesh_form F>
+void background_locator<F>::approach(const vec2* points, unsigned n, double tolerance,
+                                     unsigned* starts, known_tests* known) const
+{
+    constexpr unsigned BLOCK = node_quadtree::BLOCK;
+    unsigned near[BLOCK];
+    tree.approximate_nodes(points, n, filter, near);
+
+    struct {
+        unsigned target;
+        unsigned element;
+    } walking[BLOCK];
+    unsigned on_the_way = 0;
+    for (unsigned i = 0; i < n; ++i) {
+        known[i].size = 0;
+        starts[i] = near[i] == UNSET_ID ? UNSET_ID : start_element(near[i]);
+        if (starts[i] == UNSET_ID) continue;
+        elements.prefetch_columns(starts[i]);
+        walking[on_the_way++] = {i, starts[i]};
+    }
+    for (unsigned step = 0; on_the_way > 0; ++step) {
+        for (unsigned k = 0; k < on_the_way; ++k)
+            elements.template prefetch_points<F>(walking[k].element);
+        if (step == known_tests::MOST) break;
+        unsigned left = 0;
+        for (unsigned k = 0; k < on_the_way; ++k) {
+            const unsigned i = walking[k].target;
+            const unsigned element = walking[k].element;
+            const side_test test =
+                test_sides<F>(elements, points[i], elements.column(element), tolerance);
+            known[i].add(element, test);
+            if (!test.proper || test.outside == 0) continue;
+            // The side that most draws lead to.
+            const unsigned next = elements.neighbors(element)[first_outside(test, 0)];
+            if (next == UNSET_ID) continue;
+            elements.prefetch_columns(next);
+            walking[left++] = {i, next};
+        }
+        on_the_way = left;
+    }
 }
 
 template class background_locator<mesh_form::T3>;

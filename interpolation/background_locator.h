@@ -27,7 +27,13 @@ public:
     /// an improper element ends the search, also when another element holds the point. Allocates in
     /// the fallback only, in containers that are kept.
     bool locate_element(const vec2& point, unsigned& element, double tolerance, bool allow_fallback,
-                        side_draw& draw);
+                        side_draw& draw, const known_tests& known = known_tests());
+
+    /// What can be found out about up to `node_quadtree::BLOCK` points without a draw: the element
+    /// at which `locate_element` starts and tests that its walk is likely to need. All steps are
+    /// made for all points in turn, so that their cache misses overlap.
+    void approach(const vec2* points, unsigned n, double tolerance, unsigned* starts,
+                  known_tests* known) const;
 
     /// The nearest node with an element, or `UNSET_ID`; none for a point outside the nodes' box.
     unsigned nearest_node(const vec2& point) const;

@@ -40,6 +40,19 @@ struct background_mesh {
     const unsigned* column(unsigned element) const { return nodes + element * node_ld; }
     const unsigned* neighbors(unsigned element) const { return sides + element * side_ld; }
 
+    void prefetch_columns(unsigned element) const
+    {
+        __builtin_prefetch(column(element));
+        __builtin_prefetch(neighbors(element));
+    }
+    template <mesh_form F>
+    void prefetch_points(unsigned element) const
+    {
+        const unsigned* const n = column(element);
+        const unsigned corners = is_quad<F>(n) ? 4 : 3;
+        for (unsigned i = 0; i < corners; ++i) __builtin_prefetch(points + n[i] * point_ld);
+    }
+
     const double* points;
     std::size_t point_ld;
     const unsigned* nodes;

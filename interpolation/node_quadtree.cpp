@@ -44,6 +44,7 @@ void node_quadtree::reset()
     cells.clear();
     free_stack.size = 0;
     free_flags.size = 0;
+    shortcuts.size = 0;
     count = 0;
     // A tree without cells stays without nodes.
     (void)append_cells(4);
@@ -175,38 +176,42 @@ void node_quadtree::search_cells(node_search& search, const cell_place& start, u
 void node_quadtree::first_candidate(integer_point at, node_search& search,
                                     const node_filter& filter) const
 {
+    leaf_place place;
+    for (const unsigned* c = column(0); !is_leaf(c); c = column(place.leaf)) {
+        --place.level;
+        place.parent = place.leaf;
+        place.leaf = c[child_at(at, place.level)];
+    }
+    candidate_around(place, at, search, filter);
+}
+
+void node_quadtree::candidate_around(const leaf_place& place, integer_point at, node_search& search,
+                                     const node_filter& filter) const
+{
     search.best = UNSET_ID;
     search.low = {0, 0};
     search.high = {0xFFFFFFFFu, 0xFFFFFFFFu};
-    unsigned leaf = 0;
-    unsigned parent = 0;
-    unsigned level = ROOT_LEVEL;
-    const unsigned* c = column(leaf);
-    while (!is_leaf(c)) {
-        --level;
-        parent = leaf;
-        leaf = c[child_at(at, level)];
-        c = column(leaf);
-    }
-    if (c[0] > 0) {
-        (void)scan_leaf(c, search, filter);
+    const unsigned* const leaf = column(place.leaf);
+    if (leaf[0] > 0) {
+        (void)scan_leaf(leaf, search, filter);
         search.done = search.distance2 == 0.0;
-        search.last_cell = leaf;
+        search.last_cell = place.leaf;
         if (search.best != UNSET_ID) return;
     }
 
-    if (level < ROOT_LEVEL) ++level;
-    cell_place place;
-    place.cell = parent;
-    place.level = level;
-    if (level < ROOT_LEVEL) place.child = child_at(at, level);
-    place.corner = corner_of(at, level, place.child);
-    search_cells(search, place, leaf, filter);
+    cell_place parent;
+    parent.cell = place.parent;
+    if (place.level + 1 < ROOT_LEVEL) {
+        parent.level = place.level + 1;
+        parent.child = child_at(at, parent.level);
+    }
+    parent.corner = corner_of(at, parent.level, parent.child);
+    search_cells(search, parent, place.leaf, filter);
     search.done = search.distance2 == 0.0;
-    search.last_cell = parent;
+    search.last_cell = place.parent;
     if (search.best != UNSET_ID) return;
 
-    search_cells(search, cell_place(), parent, filter);
+    search_cells(search, cell_place(), place.parent, filter);
     search.done = search.best != UNSET_ID;
     search.last_cell = 0;
 }
@@ -219,6 +224,82 @@ unsigned node_quadtree::approximate_node(const vec2& point, const node_filter& f
     search.distance2 = LARGEST;
     first_candidate(quantize(point[0], point[1]), search, filter);
     return search.best;
+}
+
+void node_quadtree::prefetch_nodes(const unsigned* leaf, const node_filter& filter) const
+{
+    for (unsigned row = 1; row <= leaf[0]; ++row) {
+        __builtin_prefetch(coords.column(leaf[row]));
+        __builtin_prefetch(filter.entry + leaf[row]);
+    }
+}
+
+void node_quadtree::prefetch_leaf(const leaf_place& place, const node_filter& filter) const
+{
+    const unsigned* const leaf = column(place.leaf);
+    if (leaf[0] > 0 || place.level == ROOT_LEVEL) {
+        prefetch_nodes(leaf, filter);
+        return;
+    }
+    // An empty leaf: the search goes on among its siblings, which stand beside it.
+    const unsigned* const parent = column(place.parent);
+    for (unsigned child = 0; child < 4; ++child) {
+        const unsigned* const sibling = column(parent[child]);
+        if (is_leaf(sibling))
+            prefetch_nodes(sibling, filter);
+        else
+            __builtin_prefetch(column(sibling[0]));
+    }
+}
+
+void node_quadtree::approximate_nodes(const vec2* points, unsigned n, const node_filter& filter,
+                                      unsigned* found) const
+{
+    leaf_place places[BLOCK];
+    integer_point at[BLOCK];
+    unsigned inside[BLOCK];
+    unsigned searched = 0;
+    for (unsigned i = 0; i < n; ++i) {
+        found[i] = UNSET_ID;
+        if (count == 0 || !box_contains(points[i])) continue;
+        at[i] = quantize(points[i][0], points[i][1]);
+        if (shortcuts.size > 0) __builtin_prefetch(shortcut_at(at[i]));
+        inside[searched++] = i;
+    }
+    if (shortcuts.size > 0)
+        for (unsigned k = 0; k < searched; ++k) {
+            const shortcut begin = *shortcut_at(at[inside[k]]);
+            places[inside[k]] = {begin.cell, 0, begin.level};
+            __builtin_prefetch(column(begin.cell));
+        }
+    unsigned moving[BLOCK];
+    std::copy(inside, inside + searched, moving);
+    for (unsigned on_the_way = searched; on_the_way > 0;) {
+        unsigned left = 0;
+        for (unsigned k = 0; k < on_the_way; ++k) {
+            const unsigned i = moving[k];
+            leaf_place& place = places[i];
+            const unsigned* const c = column(place.leaf);
+            if (is_leaf(c)) {
+                prefetch_leaf(place, filter);
+                continue;
+            }
+            --place.level;
+            place.parent = place.leaf;
+            place.leaf = c[child_at(at[i], place.level)];
+            __builtin_prefetch(column(place.leaf));
+            moving[left++] = i;
+        }
+        on_the_way = left;
+    }
+    for (unsigned k = 0; k < searched; ++k) {
+        const unsigned i = inside[k];
+        node_search search;
+        search.point = points[i];
+        search.distance2 = LARGEST;
+        candidate_around(places[i], at[i], search, filter);
+        found[i] = search.best;
+    }
 }
 
 unsigned node_quadtree::nearest_node(const vec2& point, double& distance2,

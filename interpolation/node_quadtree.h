@@ -51,6 +51,19 @@ struct cell_place {
     integer_point corner;
 };
 
+/// A leaf, its level, and its parent; the root is its own parent.
+struct leaf_place {
+    unsigned leaf = 0;
+    unsigned parent = 0;
+    unsigned level = 32;
+};
+
+/// Where a descent may begin: a divided cell and its level.
+struct shortcut {
+    unsigned cell;
+    unsigned level;
+};
+
 struct node_quadtree {
     static constexpr unsigned ROOT_LEVEL = 32;
     static constexpr double LARGEST = 1.7976931348623157e308;
@@ -92,6 +105,14 @@ struct node_quadtree {
     /// none, however near.
     unsigned approximate_node(const vec2& point, const node_filter& filter) const;
 
+    /// The most points of one call below.
+    static constexpr unsigned BLOCK = 32;
+
+    /// As `approximate_node` for each of up to `BLOCK` points. They descend side by side, so that
+    /// their cache misses overlap.
+    void approximate_nodes(const vec2* points, unsigned n, const node_filter& filter,
+                           unsigned* found) const;
+
     /// The nearest node, or `UNSET_ID` when none is nearer than `distance2` on entry. Of nodes at
     /// equal distance the one that the traversal meets first. `distance2` becomes the squared
     /// distance found. Points outside the box have none.
@@ -105,6 +126,10 @@ struct node_quadtree {
 
     /// A cheap first answer: from the leaf of the point, else from its parent, else from anywhere.
     void first_candidate(integer_point at, node_search& search, const node_filter& filter) const;
+
+    /// As above for a point whose leaf has been found.
+    void candidate_around(const leaf_place& place, integer_point at, node_search& search,
+                          const node_filter& filter) const;
 
     /// Depth first through the cells below `start` that meet the search's box, which shrinks with
     /// each better node. `skip_cell` is left out.
@@ -154,6 +179,10 @@ struct node_quadtree {
     dense1D<std::uint64_t, 8> free_stack;
     /// Nodes held.
     std::uint64_t count = 0;
+    /// For each square of a grid of 2^shortcut_bits by 2^shortcut_bits over the root, rows by y, a
+    /// divided cell that holds it, as deep as the grid is fine. Empty, or one entry a square.
+    dense1D<shortcut, 8> shortcuts;
+    unsigned shortcut_bits = 0;
 
 private:
     std::uint32_t quantize_axis(double x, double from) const
@@ -186,6 +215,19 @@ private:
 
     /// From `cell` at `level` down to the leaf that holds the point; both are moved.
     void descend(const integer_point& at, unsigned& cell, unsigned& level) const;
+
+    /// Where the descent to the leaf of a point begins.
+    const shortcut* shortcut_at(const integer_point& p) const
+    {
+        const unsigned unused = 32 - shortcut_bits;
+        return shortcuts.begin() +
+               ((std::size_t(p.y >> unused) << shortcut_bits) + (p.x >> unused));
+    }
+    void make_shortcuts(std::size_t nodes);
+    /// `x` and `y` are the square of the grid at the lower corner of the cell.
+    void fill_shortcuts(const shortcut& divided, std::size_t x, std::size_t y);
+    void prefetch_leaf(const leaf_place& place, const node_filter& filter) const;
+    void prefetch_nodes(const unsigned* leaf, const node_filter& filter) const;
 
     bool add_to_leaf(unsigned cell, unsigned level, unsigned id);
     bool allocate_cell(unsigned& cell);

@@ -44,29 +44,48 @@ void serve_targets(const interpolation_arguments& a, Carrier carrier,
     side_draw draw;
     if (fill_tree) (void)locator.fill_tree();
     const background_mesh& mesh = locator.mesh();
-    for (std::size_t k = 0; k < a.nodes.size; ++k) {
-        const unsigned node = a.nodes[k];
-        if (a.node_element[node] != UNSET_ID || carrier.keeps(node)) continue;
-        const vec2 point = mesh.point(node);
-        unsigned element = UNSET_ID;
-        bool accepted = true;
-        if (locator.locate_element(point, element, WALK_TOLERANCE, true, draw)) {
-            const unsigned* const column = mesh.column(element);
-            vec2 local;
-            if (is_quad<F>(column)) {
-                (void)local_coords_Q4(mesh.points, mesh.point_ld, column, point, local,
-                                      NEWTON_TOLERANCE);
-                accepted = carrier.in_quad(column, local);
-            } else {
-                (void)local_coords_T3(mesh.points, mesh.point_ld, column, point, local);
-                accepted = carrier.in_triangle(column, local);
-            }
-        } else {
-            const unsigned nearest = locator.nearest_node(point);
-            if (nearest == UNSET_ID) continue;
-            carrier.copy(nearest);
+    // Targets are approached a block at a time and served one by one: the draws run on from target
+    // to target.
+    constexpr unsigned BLOCK = node_quadtree::BLOCK;
+    unsigned block[BLOCK];
+    vec2 points[BLOCK];
+    unsigned starts[BLOCK];
+    known_tests known[BLOCK];
+    for (std::size_t next = 0; next < a.nodes.size;) {
+        unsigned n = 0;
+        for (; next < a.nodes.size && n < BLOCK; ++next) {
+            const unsigned node = a.nodes[next];
+            if (a.node_element[node] != UNSET_ID || carrier.keeps(node)) continue;
+            block[n] = node;
+            points[n] = mesh.point(node);
+            ++n;
         }
-        if (accepted) carrier.store(node);
+        locator.approach(points, n, WALK_TOLERANCE, starts, known);
+        for (unsigned i = 0; i < n; ++i) {
+            const unsigned node = block[i];
+            // The same node may have been served earlier in the block.
+            if (carrier.keeps(node)) continue;
+            unsigned element = starts[i];
+            bool accepted = true;
+            if (element != UNSET_ID &&
+                locator.locate_element(points[i], element, WALK_TOLERANCE, true, draw, known[i])) {
+                const unsigned* const column = mesh.column(element);
+                vec2 local;
+                if (is_quad<F>(column)) {
+                    (void)local_coords_Q4(mesh.points, mesh.point_ld, column, points[i], local,
+                                          NEWTON_TOLERANCE);
+                    accepted = carrier.in_quad(column, local);
+                } else {
+                    (void)local_coords_T3(mesh.points, mesh.point_ld, column, points[i], local);
+                    accepted = carrier.in_triangle(column, local);
+                }
+            } else {
+                const unsigned nearest = locator.nearest_node(points[i]);
+                if (nearest == UNSET_ID) continue;
+                carrier.copy(nearest);
+            }
+            if (accepted) carrier.store(node);
+        }
     }
 }
 

@@ -1,69 +1,56 @@
-// Corner angles of elements, beside the rate of the arc tangent.
-#include "bench/grid.h"
+// Corner angles of elements, against the time of their arc tangents.
+#include "bench/support/meshes.h"
+#include "bench/support/roof.h"
 
-#include <benchmark/benchmark.h>
+#include "conversion/corner_angles.h"
 
-using namespace vorel;
-using bench::cells;
-using bench::numbering;
+using namespace bench_support;
+using namespace vorel::tessalo2d;
 
 namespace {
 
-void report(benchmark::State& state, std::size_t elements)
+/// The roof: the arc tangents of this mesh's own corners.
+double arc_tangent_roof(const mesh& m)
 {
-    const auto count = static_cast<std::int64_t>(elements);
-    state.SetItemsProcessed(state.iterations() * count);
-    state.counters["ns/element"] = benchmark::Counter(
-        static_cast<double>(count) * 1e-9,
-        benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+    std::vector<scaled_direction> direction;
+    const double* const points = m.coords.column(0);
+    const std::size_t ld = m.coords.ld;
+    const bool plane = ld == 2;
+    for (std::size_t e = 0; e < m.connect.cols; ++e) {
+        const unsigned* const c = m.connect.column(e);
+        const bool quad = m.connect.rows == 4 && c[3] != vorel::UNSET_ID;
+        for (int k = 0; k < (quad ? 4 : 3); ++k)
+            direction.push_back(quad ? (plane ? corner_direction<2, 4>(points, ld, c, k)
+                                              : corner_direction<3, 4>(points, ld, c, k))
+                                     : (plane ? corner_direction<2, 3>(points, ld, c, k)
+                                              : corner_direction<3, 3>(points, ld, c, k)));
+    }
+    std::vector<double> angle(direction.size());
+    return best_seconds([&] {
+        for (std::size_t i = 0; i < angle.size(); ++i) angle[i] = angle_of(direction[i]);
+        benchmark::ClobberMemory();
+    });
 }
 
-/// The roof: `corners` arc tangents for each element, of the sines and cosines of such a mesh in
-/// the order in which they come.
-void arc_tangents(benchmark::State& state, std::size_t corners)
+void angles(benchmark::State& state, form kind, std::size_t dimension, numbering order)
 {
-    const auto elements = static_cast<std::size_t>(state.range(0));
-    const std::size_t count = elements * corners;
-    std::mt19937 draw(1);
-    std::uniform_real_distribution<double> number(0.2, 1.0);
-    std::vector<double> sine(count);
-    std::vector<double> cosine(count);
-    std::vector<double> angle(count);
-    for (std::size_t i = 0; i < count; ++i) {
-        sine[i] = number(draw);
-        cosine[i] = number(draw) - 0.4;
-    }
+    const mesh m = grid(kind, static_cast<std::size_t>(state.range(0)), dimension, order);
+    vorel::dense1D<double> low;
+    vorel::dense1D<double> high;
+    const against_roof watch(state, m.connect.cols, arc_tangent_roof(m));
     for (auto _ : state) {
-        for (std::size_t i = 0; i < count; ++i) angle[i] = std::atan2(sine[i], cosine[i]);
+        benchmark::DoNotOptimize(vorel::tessalo2d::angles(m.coords, m.connect, true, low, high));
         benchmark::ClobberMemory();
     }
-    report(state, elements);
 }
 
-template <int D, cells KIND, numbering ORDER>
-void angles(benchmark::State& state)
-{
-    const bench::mesh m = bench::grid(static_cast<std::size_t>(state.range(0)), D, KIND, ORDER);
-    dense1D<double, 8> low, high;
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(tessalo2d::angles(m.coords, m.connect, true, low, high));
-        benchmark::ClobberMemory();
-    }
-    report(state, m.connect.cols);
-}
-
-void sizes(benchmark::internal::Benchmark* b)
-{
-    b->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMicrosecond);
-}
+BENCHMARK_CAPTURE(angles, T3_plane_natural, form::T3, 2, numbering::natural)->Apply(element_counts);
+BENCHMARK_CAPTURE(angles, T3_space_natural, form::T3, 3, numbering::natural)->Apply(element_counts);
+BENCHMARK_CAPTURE(angles, Q4_plane_natural, form::Q4, 2, numbering::natural)->Apply(element_counts);
+BENCHMARK_CAPTURE(angles, Q4_space_natural, form::Q4, 3, numbering::natural)->Apply(element_counts);
+BENCHMARK_CAPTURE(angles, mixed_plane_natural, form::mixed, 2, numbering::natural)
+    ->Apply(element_counts);
+BENCHMARK_CAPTURE(angles, T3_plane_shuffled, form::T3, 2, numbering::shuffled)
+    ->Apply(element_counts);
 
 } // namespace
-
-BENCHMARK_CAPTURE(arc_tangents, triangles, 3)->Apply(sizes);
-BENCHMARK(angles<2, cells::triangles, numbering::natural>)->Apply(sizes);
-BENCHMARK(angles<3, cells::triangles, numbering::natural>)->Apply(sizes);
-BENCHMARK(angles<2, cells::triangles, numbering::random>)->Apply(sizes);
-BENCHMARK_CAPTURE(arc_tangents, quads, 4)->Apply(sizes);
-BENCHMARK(angles<2, cells::quads, numbering::natural>)->Apply(sizes);
-BENCHMARK(angles<2, cells::mixed, numbering::natural>)->Apply(sizes);
-BENCHMARK(angles<3, cells::quads, numbering::natural>)->Apply(sizes);

@@ -1,81 +1,51 @@
-// Normals of elements and nodes, beside a memcpy of what each call must read and write.
-#include "bench/grid.h"
-
-#include <benchmark/benchmark.h>
+// Normals of elements and nodes, against a memcpy of what the call reads and writes.
+#include "bench/support/meshes.h"
+#include "bench/support/roof.h"
 
 #include <cfloat>
-#include <cstring>
 
-using namespace vorel;
-using bench::cells;
-using bench::numbering;
+using namespace bench_support;
 
 namespace {
 
-void report(benchmark::State& state, std::size_t elements)
+void element_normals(benchmark::State& state, form kind, numbering order)
 {
-    const auto count = static_cast<std::int64_t>(elements);
-    state.SetItemsProcessed(state.iterations() * count);
-    state.counters["ns/element"] = benchmark::Counter(
-        static_cast<double>(count) * 1e-9,
-        benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
-}
-
-/// The roof: IDs and coordinates in, normals out, both warm.
-void copy_bytes(benchmark::State& state, std::size_t in, std::size_t out)
-{
-    const auto elements = static_cast<std::size_t>(state.range(0));
-    // A memcpy moves each byte twice.
-    const std::size_t bytes = elements * (in + out) / 2;
-    std::vector<char> from(bytes, 'a');
-    std::vector<char> to(bytes, 'b');
+    const mesh m = grid(kind, static_cast<std::size_t>(state.range(0)), 3, order);
+    vorel::dense2D<double> vectors;
+    (void)vorel::tessalo2d::normals(m.coords, m.connect, true, vectors);
+    const against_roof watch(state, m.connect.cols,
+                             memcpy_roof(bytes(m.coords) + bytes(m.connect) + bytes(vectors)));
     for (auto _ : state) {
-        std::memcpy(to.data(), from.data(), bytes);
+        benchmark::DoNotOptimize(vorel::tessalo2d::normals(m.coords, m.connect, true, vectors));
         benchmark::ClobberMemory();
     }
-    report(state, elements);
 }
 
-template <cells KIND, numbering ORDER, bool UNIT>
-void element_normals(benchmark::State& state)
+BENCHMARK_CAPTURE(element_normals, T3_natural, form::T3, numbering::natural)->Apply(element_counts);
+BENCHMARK_CAPTURE(element_normals, mixed_natural, form::mixed, numbering::natural)
+    ->Apply(element_counts);
+BENCHMARK_CAPTURE(element_normals, T3_shuffled, form::T3, numbering::shuffled)
+    ->Apply(element_counts);
+
+void node_normals(benchmark::State& state, double exponent, numbering order)
 {
-    const bench::mesh m = bench::grid(static_cast<std::size_t>(state.range(0)), 3, KIND, ORDER);
-    dense2D<double> vectors;
+    const mesh m = grid(form::T3, static_cast<std::size_t>(state.range(0)), 3, order);
+    vorel::dense2D<double> vectors;
+    (void)vorel::tessalo2d::normals(m.coords, m.connect, exponent, true, vectors);
+    const against_roof watch(state, m.connect.cols,
+                             memcpy_roof(bytes(m.coords) + bytes(m.connect) + bytes(vectors)));
     for (auto _ : state) {
-        benchmark::DoNotOptimize(tessalo2d::normals(m.coords, m.connect, UNIT, vectors));
+        benchmark::DoNotOptimize(
+            vorel::tessalo2d::normals(m.coords, m.connect, exponent, true, vectors));
         benchmark::ClobberMemory();
     }
-    report(state, m.connect.cols);
 }
 
-template <cells KIND, numbering ORDER>
-void node_normals(benchmark::State& state, double exponent)
-{
-    const bench::mesh m = bench::grid(static_cast<std::size_t>(state.range(0)), 3, KIND, ORDER);
-    dense2D<double> vectors;
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(tessalo2d::normals(m.coords, m.connect, exponent, true, vectors));
-        benchmark::ClobberMemory();
-    }
-    report(state, m.connect.cols);
-}
-
-void sizes(benchmark::internal::Benchmark* b)
-{
-    b->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMicrosecond);
-}
-
-constexpr cells T3 = cells::triangles;
+BENCHMARK_CAPTURE(node_normals, alike_natural, 0.0, numbering::natural)->Apply(element_counts);
+BENCHMARK_CAPTURE(node_normals, by_size_natural, 1.0, numbering::natural)->Apply(element_counts);
+BENCHMARK_CAPTURE(node_normals, inverse_natural, -1.0, numbering::natural)->Apply(element_counts);
+BENCHMARK_CAPTURE(node_normals, largest_natural, DBL_MAX, numbering::natural)
+    ->Apply(element_counts);
+BENCHMARK_CAPTURE(node_normals, by_size_shuffled, 1.0, numbering::shuffled)->Apply(element_counts);
 
 } // namespace
-
-BENCHMARK_CAPTURE(copy_bytes, triangles, 12 + 12, 24)->Apply(sizes);
-BENCHMARK(element_normals<T3, numbering::natural, false>)->Apply(sizes);
-BENCHMARK(element_normals<T3, numbering::natural, true>)->Apply(sizes);
-BENCHMARK(element_normals<T3, numbering::random, true>)->Apply(sizes);
-BENCHMARK(element_normals<cells::mixed, numbering::natural, true>)->Apply(sizes);
-BENCHMARK_CAPTURE(node_normals_natural, alike, 0.0)->Apply(sizes);
-BENCHMARK_CAPTURE(node_normals_natural, by_size, 1.0)->Apply(sizes);
-BENCHMARK_CAPTURE(node_normals_natural, by_inverse_size, -1.0)->Apply(sizes);
-BENCHMARK_CAPTURE(node_normals_natural, largest, DBL_MAX)->Apply(sizes);
-BENCHMARK_CAPTURE(node_normals_random, by_size, 1.0)->Apply(sizes);

@@ -4,6 +4,9 @@
 #include "support/meshes.h"
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
+#include <random>
 
 using namespace vorel;
 using support::columns;
@@ -169,6 +172,54 @@ TEST(SplitByQuality, DecidesAsTrianglesJudgedOneByOne)
         if (m.connect.rows == 4) {
             EXPECT_EQ(split(m.coords, m.connect), judged_one_by_one<3>(m)) << m.name;
         }
+}
+
+TEST(SplitByQuality, DecidesNearTiesAndAtAnyScaleAsTrianglesJudgedOneByOne)
+{
+    // One quadrilateral a call: squares, moved by less and less, so that the scores of both cuts
+    // come as near as 1e-16; needles and caps; at scales where squares leave the range of single
+    // and of double precision; far from the origin, where coordinates lose digits.
+    std::mt19937 draw(21);
+    std::uniform_real_distribution<double> number(-1, 1);
+    const dense2D<unsigned> quad{{2, 0, 3, 1}};
+    for (int k = 0; k < 20000; ++k) {
+        const double scale = std::pow(10.0, 3 * (k % 21) - 30) * (k % 97 ? 1 : 1e150);
+        const double amount = std::pow(10.0, -(k % 18));
+        const double flat = k % 5 ? 1 : 1e-7;
+        const double far = k % 7 ? 0 : 1e6;
+        support::mesh m{"", dense2D<double>(2, 4), quad};
+        support::mesh up{"", dense2D<double>(3, 4), quad};
+        const double corners[4][2] = {{1, 0}, {0, 1}, {0, 0}, {1, 1}};
+        for (unsigned j = 0; j < 4; ++j) {
+            const double x = corners[j][0] + amount * number(draw);
+            const double y = flat * (corners[j][1] + amount * number(draw));
+            m.coords(0, j) = up.coords(0, j) = scale * (far + x);
+            m.coords(1, j) = up.coords(1, j) = scale * (y - far);
+            up.coords(2, j) = scale * amount * number(draw);
+        }
+        ASSERT_EQ(split(m.coords, quad), judged_one_by_one<2>(m)) << "draw " << k;
+        ASSERT_EQ(split(up.coords, quad), judged_one_by_one<3>(up)) << "draw " << k;
+    }
+}
+
+TEST(SplitByQuality, DecidesWithInfiniteAndMissingNumbersAsTrianglesJudgedOneByOne)
+{
+    std::mt19937 draw(22);
+    const double inf = std::numeric_limits<double>::infinity();
+    const double values[] = {0,     -0.0,   1,    -1,   2,      1e-30,
+                             1e200, -1e200, inf,  -inf, 1e-320, std::nan(""),
+                             1e18,  -1e18,  1e38, 1e39, 5e-324, 1e-20};
+    const dense2D<unsigned> quad{{0, 1, 2, 3}};
+    for (int k = 0; k < 20000; ++k) {
+        support::mesh m{"", dense2D<double>(2, 4), quad};
+        support::mesh up{"", dense2D<double>(3, 4), quad};
+        for (unsigned j = 0; j < 4; ++j) {
+            for (unsigned i = 0; i < 2; ++i) m.coords(i, j) = values[draw() % 18];
+            for (unsigned i = 0; i < 3; ++i) up.coords(i, j) = values[draw() % 18];
+        }
+        ASSERT_EQ(split(m.coords, quad), judged_one_by_one<2>(m)) << "draw " << k;
+        ASSERT_EQ(split(up.coords, quad), judged_one_by_one<3>(up)) << "draw " << k;
+    }
 }
 
 TEST(SplitByQuality, SharedSidesGiveTheScoresOfTheSingleTrianglesToTheLastBit)

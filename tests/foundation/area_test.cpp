@@ -11,6 +11,10 @@ using namespace vorel;
 using support::mesh;
 using support::placed;
 using tessalo2d::area;
+using tessalo2d::cross2;
+using tessalo2d::cross3;
+using tessalo2d::vec2;
+using tessalo2d::vec3;
 
 namespace {
 
@@ -224,12 +228,11 @@ TEST(Area, NeedleKeepsItsAreaByTheShorterSides)
 
 TEST(Cross2, IsTwiceTheSignedArea)
 {
-    using tessalo2d::cross2;
-    using tessalo2d::vec2;
+
     EXPECT_EQ(cross2(vec2{{3, 0}}, vec2{{0, 4}}), 12.0);
     EXPECT_EQ(cross2(vec2{{0, 4}}, vec2{{3, 0}}), -12.0);
-    EXPECT_EQ(tessalo2d::cross3({{3, 0, 0}}, {{0, 4, 0}}), 12.0);
-    EXPECT_EQ(tessalo2d::cross3({{0, 4, 0}}, {{3, 0, 0}}), 12.0);
+    EXPECT_EQ(cross3(vec3{{3, 0, 0}}, vec3{{0, 4, 0}}), 12.0);
+    EXPECT_EQ(cross3(vec3{{0, 4, 0}}, vec3{{3, 0, 0}}), 12.0);
 }
 
 TEST(Cross2, ATieGoesToTheFirstPair)
@@ -246,9 +249,9 @@ TEST(Cross2, ATieGoesToTheFirstPair)
 TEST(Cross2, NaNGoesThrough)
 {
     const double nan = std::numeric_limits<double>::quiet_NaN();
-    EXPECT_TRUE(std::isnan(tessalo2d::cross2({{INF, 0}}, {{INF, 1}})));
-    EXPECT_TRUE(std::isnan(tessalo2d::cross2({{1, nan}}, {{0, 1}})));
-    EXPECT_TRUE(std::isnan(tessalo2d::cross3({{1, 0, 0}}, {{0, nan, 0}})));
+    EXPECT_TRUE(std::isnan(cross2(vec2{{INF, 0}}, vec2{{INF, 1}})));
+    EXPECT_TRUE(std::isnan(cross2(vec2{{1, nan}}, vec2{{0, 1}})));
+    EXPECT_TRUE(std::isnan(cross3(vec3{{1, 0, 0}}, vec3{{0, nan, 0}})));
 }
 
 TEST(Area, GridsAreAsLargeAsTheyAre)

@@ -39,7 +39,7 @@ need_packages() {
         as_root=(sudo -n)
         if ! sudo -n true 2> /dev/null; then
             echo "These Debian packages are missing. Install them with"
-            echo "    sudo apt-get install ${missing[*]}"
+            echo "    sudo apt-get update && sudo apt-get install ${missing[*]}"
             finish 1 "FAILED, ${#missing[@]} packages are missing (see above)"
         fi
     fi
@@ -63,10 +63,12 @@ step() {
     step_number=$((step_number + 1))
     label="[$step_number/$step_total] $name"
     log=$logs/$command-$step_number.log
+    # The job has a process group of its own, so that all of it can be told to stop.
+    set -m
     "$@" > "$log" 2>&1 < /dev/null &
     local job=$!
-    # A step that is told to stop takes its job along.
-    trap 'kill '"$job"' 2> /dev/null; finish 130 "interrupted in: '"$name"'"' INT TERM
+    set +m
+    trap 'kill -- -'"$job"' 2> /dev/null; finish 130 "interrupted in: '"$name"'"' INT TERM
     while kill -0 "$job" 2> /dev/null; do
         if [ -t 1 ]; then
             printf '\r\033[K%s ... %d s  %.60s' "$label" $((SECONDS - start)) \

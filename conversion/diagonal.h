@@ -12,15 +12,18 @@ namespace vorel::tessalo2d {
 /// 0 to node 2 into (0, 1, 2) and (2, 3, 0), the second from node 1 to node 3 into (1, 2, 3) and
 /// (3, 0, 1).
 struct turned_quad {
+    turned_quad() = default;
     explicit turned_quad(const unsigned* column)
     {
         const unsigned low = column[1] < column[0];
         const unsigned high = 2 + (column[3] < column[2]);
         const unsigned first = column[high] < column[low] ? high : low;
         for (unsigned k = 0; k < 4; ++k) node[k] = column[(first + k) % 4];
+        node[4] = node[0];
     }
 
-    unsigned node[4];
+    /// The first one once more at the end: the second cut is the first one of the nodes from 1 on.
+    unsigned node[5];
 };
 
 /// What the worse triangle of each cut is worth; more is better.

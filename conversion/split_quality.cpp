@@ -1,5 +1,5 @@
 // Cuts quadrilaterals along the diagonal that gives the better worst triangle.
-#include "conversion/diagonal.h"
+#include "conversion/cut_block.h"
 #include "conversion/split_frame.h"
 
 #include <vorel/tessalo2d.h>
@@ -8,34 +8,49 @@ namespace vorel::tessalo2d {
 
 namespace {
 
+/// Cuts block by block: gathers the quadrilaterals of a run of elements, scores them, and writes
+/// the run's triangles. No step has a branch that depends on the mesh.
 template <int D>
 std::size_t cut_by_quality(const dense2D<double>& coords, const dense2D<unsigned>& connect,
                            unsigned* to, std::size_t to_ld)
 {
     const double* const points = coords.column(0);
     const std::size_t point_ld = coords.ld;
-    const unsigned* column = connect.column(0);
+    const unsigned* const columns = connect.column(0);
     const std::size_t ld = connect.ld;
     const std::size_t elements = connect.cols;
-    std::size_t quads = 0;
-    for (std::size_t e = 0; e < elements; ++e, column += ld) {
-        if (column[3] == UNSET_ID) {
-            write_triangle(to, column[0], column[1], column[2]);
-            to += to_ld;
-            continue;
+    constexpr std::size_t BLOCK = cut_block<D>::CAPACITY;
+    cut_block<D> block;
+    turned_quad quad[BLOCK];
+    std::size_t all_quads = 0;
+    for (std::size_t begin = 0; begin < elements; begin += BLOCK) {
+        const std::size_t end = std::min(begin + BLOCK, elements);
+        std::size_t quads = 0;
+        for (std::size_t e = begin; e < end; ++e) {
+            const unsigned* const c = columns + e * ld;
+            const bool is_quad = c[3] < UNSET_ID;
+            // A triangle takes a place that the next quadrilateral has again.
+            const unsigned nodes[4] = {c[0], c[1], c[2], is_quad ? c[3] : c[0]};
+            quad[quads] = turned_quad(nodes);
+            for (int k = 0; k < 4; ++k)
+                block.set_corner(quads, k, points + quad[quads].node[k] * point_ld);
+            quads += is_quad;
         }
-        const turned_quad quad(column);
-        const unsigned* const m = quad.node;
-        const bool first = prefers_first_cut(
-            score_by_quality(load<D>(points + m[0] * point_ld), load<D>(points + m[1] * point_ld),
-                             load<D>(points + m[2] * point_ld), load<D>(points + m[3] * point_ld)));
-        // The second cut is the first one of the nodes from 1 on.
-        write_triangle(to, first ? m[0] : m[1], first ? m[1] : m[2], first ? m[2] : m[3]);
-        write_triangle(to + to_ld, first ? m[2] : m[3], first ? m[3] : m[0], first ? m[0] : m[1]);
-        to += 2 * to_ld;
-        ++quads;
+        block.score(quads);
+        std::size_t i = 0;
+        for (std::size_t e = begin; e < end; ++e) {
+            const unsigned* const c = columns + e * ld;
+            const std::size_t is_quad = c[3] < UNSET_ID;
+            const bool first = prefers_first_cut(block.scores(i));
+            const unsigned* const n = is_quad ? quad[i].node + !first : c;
+            write_triangle(to, n[0], n[1], n[2]);
+            write_triangle(to + to_ld, n[2], n[3], n[0]);
+            to += to_ld << is_quad;
+            i += is_quad;
+        }
+        all_quads += quads;
     }
-    return quads;
+    return all_quads;
 }
 
 } // namespace

@@ -21,17 +21,8 @@ int check_extrusion(const extrusion_contract& contract, const layer_request& lay
     return success;
 }
 
-bool list_sources(node_map& map, unsigned first_id, dense1D<unsigned, 8>& sources)
-{
-    if (!sources.resize(map.count)) return false;
-    unsigned* const source = sources.begin();
-    map.for_each(
-        [=](const node_map::slot& s) { source[s.first.second - first_id] = s.first.first; });
-    return true;
-}
-
-int extrude_elements(const extrusion_contract& contract, node_map& map, unsigned N, int pattern,
-                     const extrusion_arguments& on)
+int extrude_elements(const extrusion_contract& contract, const node_map& map, unsigned N,
+                     int pattern, const extrusion_arguments& on)
 {
     return contract.element == swept_element::Q4
                ? extrude_elements_Q4(on.connect, map, N, on.output)

@@ -28,13 +28,9 @@ struct extrusion_arguments {
 int check_extrusion(const extrusion_contract& contract, const layer_request& layers, int pattern,
                     const extrusion_arguments& on);
 
-/// The sources of the nodes of a layer in the order of their new IDs. False when the storage can't
-/// be had.
-[[nodiscard]] bool list_sources(node_map& map, unsigned first_id, dense1D<unsigned, 8>& sources);
-
 /// The element step. 0, or -199 and no change.
-int extrude_elements(const extrusion_contract& contract, node_map& map, unsigned N, int pattern,
-                     const extrusion_arguments& on);
+int extrude_elements(const extrusion_contract& contract, const node_map& map, unsigned N,
+                     int pattern, const extrusion_arguments& on);
 
 /// Cuts the outputs back to what they held before.
 void undo_extrusion(const extrusion_contract& contract, std::size_t coords_rows,
@@ -43,17 +39,17 @@ void undo_extrusion(const extrusion_contract& contract, std::size_t coords_rows,
 
 /// The coordinate step. 0, or -199 and no change.
 template <class Motion>
-int extrude_nodes(const Motion& motion, const dense1D<unsigned, 8>& sources, unsigned N,
+int extrude_nodes(const Motion& motion, const node_map& map, unsigned N,
                   const layer_request& layers, dense2D<double>& coords)
 {
     if (N == 0) return success;
-    const std::size_t nodes = sources.size;
+    const std::size_t nodes = map.size();
     const std::size_t first = coords.cols;
     const std::size_t rows = motion.rows(coords);
     if (!extend(coords, rows, nodes * N, 0.0)) return out_of_memory;
 
     const std::size_t ld = coords.ld;
-    const layer_source source{coords.column(0), ld, sources.begin(), nodes};
+    const layer_source source{coords.column(0), ld, map.sources.begin(), nodes};
     double* target = coords.column(first);
     const double step = 1.0 / N;
     for (unsigned l = 0; l < N; ++l, target += nodes * ld)
@@ -81,10 +77,8 @@ int extrude(const extrusion_contract& contract, const Motion& motion, const laye
     // All working storage is had before anything of the caller's changes.
     const unsigned first_id = static_cast<unsigned>(coords_cols);
     node_map map;
-    dense1D<unsigned, 8> sources;
-    if (!extrusion_node_map(on.connect, first_id, map)) return out_of_memory;
-    if (!list_sources(map, first_id, sources)) return out_of_memory;
-    const std::size_t new_nodes = sources.size * N;
+    if (!extrusion_node_map(on.connect, first_id, coords_cols, map)) return out_of_memory;
+    const std::size_t new_nodes = map.size() * N;
     const bool IDs_suffice = new_nodes <= UNSET_ID && coords_cols <= UNSET_ID - new_nodes;
 
     if (contract.widens) {
@@ -94,7 +88,7 @@ int extrude(const extrusion_contract& contract, const Motion& motion, const laye
     }
     int status = out_of_memory;
     if (IDs_suffice) status = extrude_elements(contract, map, N, pattern, on);
-    if (status == success) status = extrude_nodes(motion, sources, N, layers, coords);
+    if (status == success) status = extrude_nodes(motion, map, N, layers, coords);
     if (status != success) undo_extrusion(contract, coords_rows, coords_cols, output_cols, on);
     return status;
 }

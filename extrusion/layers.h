@@ -1,8 +1,8 @@
-// The steps that all extrusions share: the numbering of the new nodes, the new elements, and where
-// along the path the layers lie.
+// The steps that all extrusions share: the new elements, where along the path the layers lie, and
+// the nodes of one layer.
 #pragma once
 
-#include "foundation/chained_hash.h"
+#include "extrusion/node_map.h"
 #include "foundation/vec.h"
 
 #include <vorel/dense2D.h>
@@ -33,24 +33,16 @@ unsigned sized_layer_count(double length, const layer_request& request);
 /// Position along the path of layer `l` of 1, 2, ..., with `step` the reciprocal of the count.
 double layer_position(unsigned l, double step, double h0, double h1);
 
-/// The nodes of a line mesh, each with the ID of its copy in the first new layer.
-using node_map = chained_hash<std::pair<unsigned, unsigned>>;
-
-/// Numbers the nodes from `first_id` on in the order in which they first appear, column by column.
-/// False when the storage can't be had.
-[[nodiscard]] bool extrusion_node_map(const dense2D<unsigned>& connect, unsigned first_id,
-                                      node_map& map);
-
 /// Appends the quadrilaterals of `N` layers, all layers of an edge in a row. An output of 3 rows
 /// gets a fourth, unset in the old columns. 0, or -199 and no change.
-int extrude_elements_Q4(const dense2D<unsigned>& connect, node_map& map, unsigned N,
+int extrude_elements_Q4(const dense2D<unsigned>& connect, const node_map& map, unsigned N,
                         dense2D<unsigned>& connectQ);
 
 /// Appends the triangle pairs of `N` layers. `pattern` 0 cuts every quadrilateral from the far end
 /// of the edge to the copy of the near one, 2 does so in odd positions of a checkerboard, and
 /// everything else cuts from the near end to the copy of the far one. 0, or -199 and no change.
-int extrude_elements_T3(const dense2D<unsigned>& connect, node_map& map, unsigned N, int pattern,
-                        dense2D<unsigned>& connectT);
+int extrude_elements_T3(const dense2D<unsigned>& connect, const node_map& map, unsigned N,
+                        int pattern, dense2D<unsigned>& connectT);
 
 /// The nodes that a layer is made from.
 struct layer_source {

@@ -72,8 +72,11 @@ void matrix_multiply_add(double alpha, const double A[9], const double B[9], dou
 {
     if (alpha == 0.0) return;
     for (int j = 0; j < 3; ++j)
-        for (int i = 0; i < 3; ++i)
-            for (int k = 0; k < 3; ++k) C[3 * j + i] += alpha * A[3 * k + i] * B[3 * j + k];
+        for (int i = 0; i < 3; ++i) {
+            double sum = C[3 * j + i];
+            for (int k = 0; k < 3; ++k) sum += alpha * A[3 * k + i] * B[3 * j + k];
+            C[3 * j + i] = sum;
+        }
 }
 
 void rotation_from_vector(rotation_record& r, const double v[3])

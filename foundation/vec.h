@@ -1,20 +1,25 @@
-// Vectors of 2 or 3 doubles with operators, so that a formula in the code looks like the formula in
+// Vectors of 2 or 3 numbers with operators, so that a formula in the code looks like the formula in
 // a book. Sums run from left to right in the order of the components.
+//
+// A component is a double, or `lanes` where a kernel takes two elements at once: formulas that are
+// written over the component type serve both, with the same bits.
 #pragma once
+
+#include "foundation/lanes.h"
 
 #include <cmath>
 #include <cstddef>
 
 namespace vorel::tessalo2d {
 
-template <int D>
+template <int D, class T = double>
 struct vec {
     static_assert(D == 2 || D == 3);
 
-    double& operator[](int i) { return data[i]; }
-    double operator[](int i) const { return data[i]; }
+    T& operator[](int i) { return data[i]; }
+    T operator[](int i) const { return data[i]; }
 
-    double data[D];
+    T data[D];
 };
 
 using vec2 = vec<2>;
@@ -29,24 +34,33 @@ inline vec<D> load(const double* p)
     return v;
 }
 
+/// Two vectors side by side in the lanes.
+template <int D>
+inline vec<D, lanes> load_both(const double* p, const double* q)
+{
+    vec<D, lanes> v;
+    for (int i = 0; i < D; ++i) v[i] = lanes{p[i], q[i]};
+    return v;
+}
+
 template <int D>
 inline void store(const vec<D>& v, double* p)
 {
     for (int i = 0; i < D; ++i) p[i] = v[i];
 }
 
-template <int D>
-inline vec<D> operator+(const vec<D>& a, const vec<D>& b)
+template <int D, class T>
+inline vec<D, T> operator+(const vec<D, T>& a, const vec<D, T>& b)
 {
-    vec<D> v;
+    vec<D, T> v;
     for (int i = 0; i < D; ++i) v[i] = a[i] + b[i];
     return v;
 }
 
-template <int D>
-inline vec<D> operator-(const vec<D>& a, const vec<D>& b)
+template <int D, class T>
+inline vec<D, T> operator-(const vec<D, T>& a, const vec<D, T>& b)
 {
-    vec<D> v;
+    vec<D, T> v;
     for (int i = 0; i < D; ++i) v[i] = a[i] - b[i];
     return v;
 }
@@ -59,42 +73,52 @@ inline vec<D> operator*(double s, const vec<D>& a)
     return v;
 }
 
-template <int D>
-inline double dot(const vec<D>& a, const vec<D>& b)
+template <int D, class T>
+inline T dot(const vec<D, T>& a, const vec<D, T>& b)
 {
-    double sum = a[0] * b[0];
+    T sum = a[0] * b[0];
     for (int i = 1; i < D; ++i) sum += a[i] * b[i];
     return sum;
 }
 
-template <int D>
-inline double squared_length(const vec<D>& a)
+template <int D, class T>
+inline T squared_length(const vec<D, T>& a)
 {
     return dot(a, a);
 }
 
-template <int D>
-inline double length(const vec<D>& a)
+template <int D, class T>
+inline T length(const vec<D, T>& a)
 {
-    return std::sqrt(squared_length(a));
+    return square_root(squared_length(a));
+}
+
+/// The vector scaled to unit length; one whose squared length is exactly 0 or 1 stays as it is.
+template <int D>
+inline vec<D> normalized(const vec<D>& a)
+{
+    const double q = squared_length(a);
+    return q == 0.0 || q == 1.0 ? a : (1.0 / std::sqrt(q)) * a;
 }
 
 /// Third component of the cross product of two plane vectors.
-inline double cross(const vec2& a, const vec2& b)
+template <class T>
+inline T cross(const vec<2, T>& a, const vec<2, T>& b)
 {
     return a[0] * b[1] - a[1] * b[0];
 }
 
-inline vec3 cross(const vec3& a, const vec3& b)
+template <class T>
+inline vec<3, T> cross(const vec<3, T>& a, const vec<3, T>& b)
 {
     return {{a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]}};
 }
 
-/// `b` where `condition` holds, else `c`, component by component and without a branch.
-template <int D>
-inline vec<D> select(bool condition, const vec<D>& b, const vec<D>& c)
+/// `b` where `condition` holds, else `c`, component by component.
+template <class Condition, int D, class T>
+inline vec<D, T> select(Condition condition, const vec<D, T>& b, const vec<D, T>& c)
 {
-    vec<D> v;
+    vec<D, T> v;
     for (int i = 0; i < D; ++i) v[i] = condition ? b[i] : c[i];
     return v;
 }

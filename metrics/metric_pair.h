@@ -33,14 +33,26 @@ inline double quadratic_form(const symmetric_fixed<double, 3>& m, const double* 
            m.data[5] * (x[2] * x[2]);
 }
 
-/// The metric of column j of a field with 3 (plane) or 6 rows.
+/// The metric whose entries start at `entry`.
+template <std::size_t D>
+inline symmetric_fixed<double, D> load_metric(const double* entry)
+{
+    symmetric_fixed<double, D> m;
+    for (std::size_t k = 0; k < m.size; ++k) m.data[k] = entry[k];
+    return m;
+}
+
+template <std::size_t D>
+inline void store_metric(const symmetric_fixed<double, D>& m, double* entry)
+{
+    for (std::size_t k = 0; k < m.size; ++k) entry[k] = m.data[k];
+}
+
+/// The metric of column j of a field with 3 rows (in the plane) or 6.
 template <std::size_t D>
 inline symmetric_fixed<double, D> metric_column(const dense2D<double>& metrics, std::size_t j)
 {
-    symmetric_fixed<double, D> m;
-    const double* const column = metrics.column(j);
-    for (std::size_t k = 0; k < m.size; ++k) m.data[k] = column[k];
-    return m;
+    return load_metric<D>(metrics.column(j));
 }
 
 /// The metric whose quadratic form takes the value eigenvalues[k] on basis vector k, from the
@@ -56,6 +68,25 @@ template <std::size_t D>
 [[nodiscard]] bool reduce_metric_pair(metric_pair_reduction<D>& reduction,
                                       const symmetric_fixed<double, D>& m1,
                                       const symmetric_fixed<double, D>& m2);
+
+/// The sizes that a pair of metrics asks for along its common basis.
+template <std::size_t D>
+struct metric_pair_sizes {
+    double first[D];
+    double second[D];
+    /// False when one of the two is no metric; the sizes are then unspecified.
+    bool valid;
+};
+
+template <std::size_t D>
+metric_pair_sizes<D> sizes_of(const metric_pair_reduction<D>& reduction);
+
+/// The metric at `t` from the sizes along the common basis, for many `t` between two metrics.
+/// Results as with `interpolate_reduced_metrics`.
+template <std::size_t D>
+[[nodiscard]] bool interpolate_pair_sizes(const metric_pair_sizes<D>& sizes,
+                                          const double (&inverse)[D * D], double t,
+                                          symmetric_fixed<double, D>& m);
 
 /// The metric at `t` between M1 (t = 0) and M2 (t = 1); `t` may lie outside. False with `m` as it
 /// was when one of the two is no metric; false with `m` zeroed when, outside, a size runs out of

@@ -1,0 +1,381 @@
+#include "foundation/vec.h"
+
+#include "support/allocation.h"
+#include "support/matrices.h"
+#include "support/meshes.h"
+#include "support/topology.h"
+
+#include <cmath>
+#include <limits>
+
+using namespace vorel;
+using namespace vorel::tessalo2d;
+
+namespace {
+
+const double PI = std::acos(-1.0);
+
+vec3 first_direction(const dense2D<double>& c, std::size_t i)
+{
+    return load<3>(c.column(i));
+}
+vec3 second_direction(const dense2D<double>& c, std::size_t i)
+{
+    return load<3>(c.column(i) + 3);
+}
+
+dense2D<double> curvatures_of(const support::mesh& m, double radius)
+{
+    dense2D<double> result;
+    EXPECT_EQ(principal_curvatures(m.coords, m.connect, support::neighbors_of(m.connect), radius,
+                                   PI, 100000, dense2D<unsigned>(), result),
+              0)
+        << m.name;
+    return result;
+}
+
+/// A regular grid over a rectangle of the (u, v) plane, mapped to space.
+support::mesh mapped(unsigned nu, unsigned nv, double step, double u0, double v0,
+                     vec3 (*map)(double, double))
+{
+    support::mesh m = support::grid_T3(nu, nv, 3);
+    for (std::size_t i = 0; i < m.coords.cols; ++i) {
+        const vec3 p = map(u0 + step * m.coords(0, i), v0 + step * m.coords(1, i));
+        store(p, m.coords.column(i));
+    }
+    return m;
+}
+
+std::size_t centre(unsigned nu, unsigned nv)
+{
+    return (nv / 2) * (nu + 1) + nu / 2;
+}
+
+} // namespace
+
+TEST(PrincipalCurvatures, FlatPatchHasTheAxesOfTheFrameAndNoValues)
+{
+    const support::mesh m = support::grid_T3(3, 3, 3);
+    const dense2D<double> c = curvatures_of(m, 2.0);
+    for (std::size_t i = 0; i < c.cols; ++i) {
+        const std::vector<double> expected{1, 0, 0, 0, -1, 0, 0, 0};
+        // The second direction is the first one crossed with the normal (0, 0, 1).
+        EXPECT_EQ(support::columns(c)[i], expected) << i;
+    }
+}
+
+TEST(PrincipalCurvatures, ConvexBodyWithOutwardNormalsHasNegativeValues)
+{
+    // The tetrahedron on the axes, faces turned outwards. All dihedral angles between outward
+    // normals are the same along edges of the same kind, and every edge counts at every node.
+    support::mesh m{"tetrahedron",
+                    {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}},
+                    {{0, 2, 1}, {0, 1, 3}, {0, 3, 2}, {1, 2, 3}}};
+    dense2D<double> c = curvatures_of(m, 10.0);
+    for (std::size_t i = 0; i < 4; ++i) {
+        EXPECT_LT(c(6, i), 0.0);
+        EXPECT_LT(c(7, i), 0.0);
+    }
+    // The order of the triangles does not turn the sign.
+    support::mesh other = m;
+    other.connect = dense2D<unsigned>{{1, 2, 3}, {0, 3, 2}, {0, 1, 3}, {0, 2, 1}};
+    c = curvatures_of(other, 10.0);
+    for (std::size_t i = 0; i < 4; ++i) EXPECT_LT(c(6, i), 0.0);
+    // Turned inside out it does.
+    for (std::size_t e = 0; e < 4; ++e) std::swap(m.connect(0, e), m.connect(2, e));
+    c = curvatures_of(m, 10.0);
+    for (std::size_t i = 0; i < 4; ++i) EXPECT_GT(c(6, i), 0.0);
+}
+
+TEST(PrincipalCurvatures, TwoFacesAtARightAngleByHand)
+{
+    // One interior edge of length 2 along x between two triangles of area 1, turned by 90 degrees.
+    // T = beta e1 e1' with |beta| = (pi / 2) * 2, S = 4, so the value is 2 / 4 * pi in magnitude.
+    const support::mesh m{
+        "roof", {{0, 0, 0}, {2, 0, 0}, {1, 0, 1}, {1, 1, 0}}, {{0, 1, 2}, {1, 0, 3}}};
+    // Triangle 0 has the normal (0, -2, 0), triangle 1 the normal (0, 0, -2).
+    const dense2D<double> c = curvatures_of(m, 10.0);
+    for (std::size_t i = 0; i < 4; ++i) {
+        EXPECT_NEAR(std::fabs(c(0, i)), 1.0, 1e-15) << i;
+        EXPECT_NEAR(std::fabs(c(6, i)), PI / 2, 1e-15) << i;
+        EXPECT_NEAR(c(7, i), 0.0, 1e-15) << i;
+        EXPECT_NEAR(dot(first_direction(c, i), second_direction(c, i)), 0.0, 1e-15) << i;
+    }
+    // The normals point away from each other's face: the ridge is convex on their side.
+    EXPECT_LT(dot(vec3{{0, -1, 0}}, vec3{{0, 1, 0}}), 0.0);
+    EXPECT_LT(c(6, 0), 0.0);
+}
+
+TEST(PrincipalCurvatures, SphereHasTheSameValueInAllDirections)
+{
+    // On a sphere of radius R with outward normals both values tend to -1/R. The dihedral angles of
+    // an inscribed mesh sum to the turning of the normal; the patch holds only whole triangles, so
+    // the edges on its rim are missing, which costs a share of about one edge length in the radius.
+    constexpr double R = 2.0;
+    const auto sphere = [](double u, double v) -> vec3 {
+        return {{R * std::cos(v) * std::cos(u), R * std::cos(v) * std::sin(u), R * std::sin(v)}};
+    };
+    constexpr double STEP = 0.02;
+    const support::mesh m = mapped(60, 60, STEP, -0.6, -0.6, sphere);
+    const std::size_t i = centre(60, 60);
+    const double coarse = curvatures_of(m, 6 * STEP * R)(6, i);
+    const dense2D<double> fine = curvatures_of(m, 24 * STEP * R);
+    EXPECT_NEAR(fine(6, i), -1 / R, 0.08 / R);
+    EXPECT_NEAR(fine(7, i), -1 / R, 0.12 / R);
+    EXPECT_LT(std::fabs(fine(6, i) + 1 / R), std::fabs(coarse + 1 / R))
+        << "the share of the rim falls with the radius";
+}
+
+TEST(PrincipalCurvatures, CylinderHasItsAxisAsFirstDirection)
+{
+    constexpr double R = 1.5;
+    const auto cylinder = [](double u, double v) -> vec3 {
+        return {{R * std::cos(u), R * std::sin(u), R * v}};
+    };
+    const support::mesh m = mapped(40, 40, 0.05, -1, -1, cylinder);
+    const dense2D<double> c = curvatures_of(m, 0.8);
+    const std::size_t i = centre(40, 40);
+    // Sharp edges run along the axis; bending is around it. Values of the rest: near 0.
+    EXPECT_NEAR(std::fabs(c(2, i)), 1.0, 1e-3);
+    EXPECT_NEAR(c(6, i), -1 / R, 0.15 / R);
+    EXPECT_LT(std::fabs(c(7, i)), 0.05);
+    EXPECT_NEAR(std::fabs(c(4, i)), 1.0, 0.05) << "across the axis and the normal";
+}
+
+TEST(PrincipalCurvatures, SaddleHasValuesOfBothSigns)
+{
+    const auto saddle = [](double u, double v) -> vec3 { return {{u, v, 0.5 * (u * u - v * v)}}; };
+    const support::mesh m = mapped(40, 40, 0.02, -0.4, -0.4, saddle);
+    const dense2D<double> c = curvatures_of(m, 0.3);
+    const std::size_t i = centre(40, 40);
+    EXPECT_LT(c(6, i) * c(7, i), 0.0);
+    EXPECT_NEAR(std::fabs(c(6, i)), 1.0, 0.2);
+    EXPECT_NEAR(std::fabs(c(7, i)), 1.0, 0.2);
+}
+
+TEST(PrincipalCurvatures, TorusHasItsTwoRadiiOnTheOuterRim)
+{
+    // At the outer equator of a torus with radii 3 and 1 the principal curvatures are 1 and 1 / 4.
+    const auto torus = [](double u, double v) -> vec3 {
+        const double d = 3 + std::cos(v);
+        return {{d * std::cos(u / 4), d * std::sin(u / 4), std::sin(v)}};
+    };
+    const support::mesh m = mapped(60, 60, 0.02, -0.6, -0.6, torus);
+    const dense2D<double> c = curvatures_of(m, 0.45);
+    const std::size_t i = centre(60, 60);
+    EXPECT_NEAR(c(6, i), -1.0, 0.15);
+    EXPECT_NEAR(c(7, i), -0.25, 0.1);
+    EXPECT_NEAR(std::fabs(c(1, i)), 1.0, 0.05) << "edges bend most across the long way round";
+}
+
+TEST(PrincipalCurvatures, ZeroRadiusGivesZeroValuesEverywhere)
+{
+    const support::mesh m =
+        support::lifted(support::grid_T3(4, 4), [](double x, double y) { return x * x + y * x; });
+    const dense2D<double> c = curvatures_of(m, 0.0);
+    for (std::size_t i = 0; i < c.cols; ++i) {
+        EXPECT_EQ(c(6, i), 0.0) << i;
+        EXPECT_EQ(c(7, i), 0.0) << i;
+        EXPECT_NEAR(length(first_direction(c, i)), 1.0, 1e-15) << i;
+    }
+}
+
+TEST(PrincipalCurvatures, SeedWithoutAreaAddsNothingToTheFrame)
+{
+    // Node 0's seed is a triangle without area, and the patch has some elsewhere but no angle.
+    const support::mesh m{"flat seed",
+                          {{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {1, 1, 0}},
+                          {{0, 1, 2}, {2, 1, 3}, {1, 0, 3}}};
+    const dense2D<double> c = curvatures_of(m, 10.0);
+    // A = (1, 0, 0) and B = 0: the smallest entry of A is the second, so B = (0, 1, 0), C = A x B.
+    EXPECT_EQ(support::columns(c)[0], (std::vector<double>{1, 0, 0, 0, 0, 1, 0, 0}));
+}
+
+TEST(PrincipalCurvatures, NodesWithoutTrianglesOrAreaKeepAZeroColumn)
+{
+    const support::mesh m{
+        "idle node and no area", {{0, 0, 0}, {1, 1, 1}, {2, 2, 2}, {5, 5, 5}}, {{0, 1, 2}}};
+    const dense2D<double> c = curvatures_of(m, 10.0);
+    EXPECT_EQ(support::columns(c),
+              std::vector<std::vector<double>>(4, std::vector<double>(8, 0.0)));
+}
+
+TEST(PrincipalCurvatures, DirectionsAreUnitVectorsAcrossEachOther)
+{
+    for (unsigned seed = 1; seed <= 5; ++seed) {
+        support::mesh flat = support::grid_T3(8, 7);
+        support::jitter(flat, 0.3, seed);
+        support::shuffle(flat, seed);
+        const support::mesh m = support::lifted(
+            flat, [](double x, double y) { return std::sin(x) + 0.3 * std::cos(2 * y); });
+        const dense2D<double> c = curvatures_of(m, 2.5);
+        for (std::size_t i = 0; i < c.cols; ++i) {
+            EXPECT_NEAR(length(first_direction(c, i)), 1.0, 1e-12) << "seed " << seed;
+            EXPECT_NEAR(length(second_direction(c, i)), 1.0, 1e-12) << "seed " << seed;
+            EXPECT_NEAR(dot(first_direction(c, i), second_direction(c, i)), 0.0, 1e-12)
+                << "seed " << seed;
+            EXPECT_GE(std::fabs(c(6, i)), std::fabs(c(7, i))) << "seed " << seed;
+        }
+    }
+}
+
+TEST(PrincipalCurvatures, ScaleWithTheInverseLength)
+{
+    support::mesh m = support::lifted(
+        support::grid_T3(6, 6), [](double x, double y) { return 0.1 * x * x + 0.05 * y * y; });
+    const dense2D<double> c = curvatures_of(m, 2.5);
+    for (std::size_t i = 0; i < m.coords.cols; ++i)
+        for (std::size_t k = 0; k < 3; ++k) m.coords(k, i) *= 4.0;
+    const dense2D<double> scaled = curvatures_of(m, 10.0);
+    for (std::size_t i = 0; i < c.cols; ++i) EXPECT_NEAR(scaled(6, i), c(6, i) / 4, 1e-13) << i;
+}
+
+TEST(PrincipalCurvatures, RidgesSplitASurfaceInTwo)
+{
+    // A roof whose ridge line is listed: both faces are flat on their own.
+    const support::mesh m =
+        support::lifted(support::grid_T3(4, 4), [](double x, double) { return -std::fabs(x - 2); });
+    dense2D<unsigned> ridges;
+    for (unsigned j = 0; j < 4; ++j) ASSERT_TRUE(append_column(ridges, {5 * j + 2, 5 * j + 7}));
+    dense2D<double> c;
+    const dense2D<unsigned> neighbors = support::neighbors_of(m.connect);
+    ASSERT_EQ(principal_curvatures(m.coords, m.connect, neighbors, 3.0, PI, 1000, ridges, c), 0);
+    for (std::size_t i = 0; i < c.cols; ++i) EXPECT_NEAR(c(6, i), 0.0, 1e-15) << i;
+    ASSERT_EQ(
+        principal_curvatures(m.coords, m.connect, neighbors, 3.0, PI, 1000, dense2D<unsigned>(), c),
+        0);
+    EXPECT_LT(c(6, 12), -0.1);
+    ASSERT_EQ(principal_curvatures(m.coords, m.connect, neighbors, 3.0, 1.0, 1000,
+                                   dense2D<unsigned>(), c),
+              0)
+        << "the angle limit does the same";
+    EXPECT_NEAR(c(6, 12), 0.0, 1e-15);
+}
+
+TEST(PrincipalCurvatures, EmptyConnectivityChangesNothing)
+{
+    dense2D<double> c(2, 2, 5.0);
+    EXPECT_EQ(principal_curvatures(dense2D<double>(1, 1, 0.0), dense2D<unsigned>(),
+                                   dense2D<unsigned>(), 1, 1, 1, dense2D<unsigned>(), c),
+              0);
+    EXPECT_EQ(support::columns(c), (std::vector<std::vector<double>>{{5, 5}, {5, 5}}));
+}
+
+TEST(PrincipalCurvatures, ChecksInOrderAndLeavesTheResult)
+{
+    const support::mesh m = support::grid_T3(1, 1, 3);
+    const dense2D<unsigned> neighbors = support::neighbors_of(m.connect);
+    const dense2D<double> plane(2, 4, 0.0);
+    const dense2D<unsigned> beyond{{0, 1, 4}, {0, 1, 2}};
+    const dense2D<unsigned> mixed{{0, 1, 2, UNSET_ID}, {0, 1, 2, 3}};
+    const dense2D<unsigned> one_column(3, 1, UNSET_ID);
+    const dense2D<unsigned> no_ridges;
+    const dense2D<unsigned> bad_ridge{{0, 4}};
+    const dense2D<unsigned> three_rows{{0, 1, 2}};
+    const dense2D<unsigned> unset_ridge{{0, UNSET_ID}};
+    const struct {
+        const char* name;
+        const dense2D<double>& coords;
+        const dense2D<unsigned>& connect;
+        const dense2D<unsigned>& neighbors;
+        const dense2D<unsigned>& ridges;
+        int status;
+    } rows[] = {
+        {"plane coordinates, all else bad", plane, beyond, one_column, bad_ridge, -1},
+        {"an ID that names no node, the rest bad", m.coords, beyond, one_column, bad_ridge, -2},
+        {"mixed connectivity", m.coords, mixed, neighbors, no_ridges, -2},
+        {"neighbours of one triangle, bad ridges", m.coords, m.connect, one_column, bad_ridge, -3},
+        {"a ridge to no node", m.coords, m.connect, neighbors, bad_ridge, -7},
+        {"an unset ridge node", m.coords, m.connect, neighbors, unset_ridge, -7},
+        {"ridges of three rows", m.coords, m.connect, neighbors, three_rows, -7},
+        {"all well", m.coords, m.connect, neighbors, no_ridges, 0},
+    };
+    for (const auto& row : rows) {
+        dense2D<double> c(2, 2, 5.0);
+        EXPECT_EQ(
+            principal_curvatures(row.coords, row.connect, row.neighbors, 1, 1, 10, row.ridges, c),
+            row.status)
+            << row.name;
+        EXPECT_EQ(c.rows, row.status == 0 ? 8u : 2u) << row.name;
+    }
+}
+
+TEST(PrincipalCurvatures, RidgesWithColumnsButNoRowsPassAsNone)
+{
+    const support::mesh m = support::grid_T3(1, 1, 3);
+    dense2D<unsigned> ridges;
+    ridges.cols = 5;
+    dense2D<double> c;
+    EXPECT_EQ(principal_curvatures(m.coords, m.connect, support::neighbors_of(m.connect), 1, 1, 10,
+                                   ridges, c),
+              0);
+}
+
+TEST(PrincipalCurvatures, LayoutDoesNotMatter)
+{
+    support::mesh flat = support::grid_T3(4, 3);
+    const support::mesh m =
+        support::lifted(flat, [](double x, double y) { return 0.2 * x * x - 0.1 * x * y; });
+    const dense2D<unsigned> ridge_line{{6, 7}};
+    dense2D<double> expected;
+    ASSERT_EQ(principal_curvatures(m.coords, m.connect, support::neighbors_of(m.connect), 2, 1, 100,
+                                   ridge_line, expected),
+              0);
+    support::placed<double> coords(m.coords, 2, 3);
+    support::placed<unsigned> connect(m.connect, 5, 1);
+    support::placed<unsigned> neighbors(support::neighbors_of(m.connect), 1, 2);
+    support::placed<unsigned> ridges(ridge_line, 7, 2);
+    dense2D<double> c;
+    ASSERT_EQ(
+        principal_curvatures(coords.view, connect.view, neighbors.view, 2, 1, 100, ridges.view, c),
+        0);
+    EXPECT_EQ(support::bits(c), support::bits(expected));
+    coords.expect_gaps_untouched();
+    connect.expect_gaps_untouched();
+    neighbors.expect_gaps_untouched();
+    ridges.expect_gaps_untouched();
+}
+
+TEST(PrincipalCurvatures, RefusedStorageIsReportedOrDropsATriangle)
+{
+    // The lists of a patch grow as they need; a triangle that there is no room for is not in it.
+    const support::mesh m =
+        support::lifted(support::grid_T3(3, 3), [](double x, double y) { return 0.1 * x * y; });
+    const dense2D<unsigned> neighbors = support::neighbors_of(m.connect);
+    const dense2D<unsigned> ridges{{0, 1}, {1, 2}};
+    std::size_t reported = 0;
+    support::each_refused_allocation([&](auto armed, const auto& told) {
+        dense2D<double> c;
+        int status = 0;
+        const bool refused = armed([&] {
+            status = principal_curvatures(m.coords, m.connect, neighbors, 3, 2, 100, ridges, c);
+        });
+        if (status == -199) {
+            ++reported;
+            EXPECT_TRUE(refused) << told;
+            EXPECT_TRUE(c.is_empty()) << told;
+        } else {
+            EXPECT_EQ(status, 0) << told;
+            EXPECT_EQ(c.cols, m.coords.cols) << told;
+        }
+    });
+    EXPECT_GE(reported, 6u);
+}
+
+TEST(PrincipalCurvatures, AwkwardMeshesAreSafe)
+{
+    const double NOT_A_NUMBER = std::numeric_limits<double>::quiet_NaN();
+    for (const support::mesh& m : support::awkward_meshes(3)) {
+        if (m.connect.rows != 3) continue;
+        for (const double radius : {0.0, 1.0, 1e300, NOT_A_NUMBER})
+            for (const double angle : {0.0, 1.0, 4.0, NOT_A_NUMBER}) {
+                dense2D<double> c;
+                EXPECT_EQ(principal_curvatures(m.coords, m.connect,
+                                               support::neighbors_of(m.connect), radius, angle, 50,
+                                               dense2D<unsigned>(), c),
+                          0)
+                    << m.name;
+                EXPECT_EQ(c.cols, m.coords.cols) << m.name;
+            }
+    }
+}

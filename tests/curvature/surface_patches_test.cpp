@@ -1,0 +1,210 @@
+#include "curvature/surface_patches.h"
+
+#include "support/allocation.h"
+#include "support/matrices.h"
+#include "support/meshes.h"
+#include "support/topology.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+using namespace vorel;
+using namespace vorel::tessalo2d;
+
+namespace {
+
+const double PI = std::acos(-1.0);
+
+/// A mesh with its adjacency, and the patches of its nodes on demand.
+struct patches {
+    explicit patches(const support::mesh& m)
+        : coords(m.coords), connect(m.connect), neighbors(support::neighbors_of(m.connect))
+    {
+    }
+
+    std::vector<unsigned> patch(unsigned node, unsigned seed)
+    {
+        surface_patches surface;
+        EXPECT_TRUE(prepare_patches(coords, connect, neighbors,
+                                    {radius, max_angle, max_triangles, ridges}, surface));
+        generation_marks marks;
+        EXPECT_TRUE(marks.init(connect.cols));
+        dense1D<unsigned, 8> list;
+        collect_patch(surface, load<3>(coords.column(node)), seed, marks, list);
+        return support::elements(list);
+    }
+
+    dense2D<double> coords;
+    dense2D<unsigned> connect;
+    dense2D<unsigned> neighbors;
+    dense2D<unsigned> ridges;
+    double radius = 100.0;
+    double max_angle = PI;
+    unsigned max_triangles = 1000;
+};
+
+/// Four triangles in a row over a strip of two cells: (0 1 4) (4 3 0) (1 2 5) (5 4 1).
+///
+///     3 - 4 - 5
+///     |1/0|3/2|
+///     0 - 1 - 2
+support::mesh strip()
+{
+    return support::grid_T3(2, 1, 3);
+}
+
+} // namespace
+
+TEST(SurfacePatches, GrowFromTheSeedAcrossEdgesInAscendingOrder)
+{
+    patches p(strip());
+    // From 0: triangles 1 and 3 lie across; 2 lies across from 3.
+    EXPECT_EQ(p.patch(0, 0), (std::vector<unsigned>{0, 1, 3, 2}));
+    EXPECT_EQ(p.patch(2, 2), (std::vector<unsigned>{2, 3, 0, 1}));
+}
+
+TEST(SurfacePatches, RadiusTestsTheCentroid)
+{
+    patches p(strip());
+    // Centroids from node 0: (2/3, 1/3), (1/3, 2/3), (5/3, 1/3), (4/3, 2/3).
+    p.radius = 1.0;
+    EXPECT_EQ(p.patch(0, 0), (std::vector<unsigned>{0, 1}));
+    p.radius = -1.5;
+    EXPECT_EQ(p.patch(0, 0), (std::vector<unsigned>{0, 1, 3})) << "only the square counts";
+    p.radius = 1.71;
+    EXPECT_EQ(p.patch(0, 0), (std::vector<unsigned>{0, 1, 3, 2}));
+}
+
+TEST(SurfacePatches, ARadiusThatIsNotAboveZeroLeavesTheSeedAlone)
+{
+    patches p(strip());
+    p.radius = 0.0;
+    EXPECT_EQ(p.patch(0, 0), std::vector<unsigned>{0});
+    p.radius = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_EQ(p.patch(0, 0), std::vector<unsigned>{0});
+}
+
+TEST(SurfacePatches, TheLimitIsTestedBeforeEachTrianglesNeighbours)
+{
+    patches p(strip());
+    p.max_triangles = 0;
+    EXPECT_EQ(p.patch(0, 0), std::vector<unsigned>{0});
+    p.max_triangles = 1;
+    EXPECT_EQ(p.patch(0, 0), std::vector<unsigned>{0});
+    p.max_triangles = 2;
+    EXPECT_EQ(p.patch(0, 0), (std::vector<unsigned>{0, 1, 3})) << "longer than the limit";
+    p.max_triangles = 4;
+    EXPECT_EQ(p.patch(0, 0), (std::vector<unsigned>{0, 1, 3, 2}));
+}
+
+TEST(SurfacePatches, RidgesAreNotCrossedInEitherDirection)
+{
+    patches p(strip());
+    p.ridges = dense2D<unsigned>{{4, 1}};
+    EXPECT_EQ(p.patch(0, 0), (std::vector<unsigned>{0, 1}));
+    p.ridges = dense2D<unsigned>{{1, 4}, {0, 4}};
+    EXPECT_EQ(p.patch(0, 0), std::vector<unsigned>{0});
+}
+
+TEST(SurfacePatches, AngleIsTestedBetweenTheNormalsOfNeighbours)
+{
+    // A roof along x: two faces that turn by 90 degrees.
+    support::mesh roof{
+        "roof", {{0, 0, 0}, {1, 0, 0}, {0, 1, 1}, {0, -1, 1}}, {{0, 1, 2}, {1, 0, 3}}};
+    patches p(roof);
+    p.max_angle = PI * 91 / 180;
+    EXPECT_EQ(p.patch(0, 0), (std::vector<unsigned>{0, 1}));
+    p.max_angle = PI * 89 / 180;
+    EXPECT_EQ(p.patch(0, 0), std::vector<unsigned>{0});
+    p.max_angle = PI;
+    EXPECT_EQ(p.patch(0, 0), (std::vector<unsigned>{0, 1}));
+}
+
+TEST(SurfacePatches, AnObtuseLimitKeepsTheSignOfTheCosine)
+{
+    // Faces folded back by 135 degrees between the normals.
+    support::mesh fold{
+        "fold", {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 1, 1}}, {{0, 1, 2}, {1, 0, 3}}};
+    patches p(fold);
+    p.max_angle = PI * 136 / 180;
+    EXPECT_EQ(p.patch(0, 0), (std::vector<unsigned>{0, 1}));
+    p.max_angle = PI * 134 / 180;
+    EXPECT_EQ(p.patch(0, 0), std::vector<unsigned>{0});
+}
+
+TEST(SurfacePatches, ANotANumberAngleTestsNothing)
+{
+    support::mesh roof{
+        "roof", {{0, 0, 0}, {1, 0, 0}, {0, 1, 1}, {0, -1, 1}}, {{0, 1, 2}, {1, 0, 3}}};
+    patches p(roof);
+    p.max_angle = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_EQ(p.patch(0, 0), (std::vector<unsigned>{0, 1}));
+}
+
+TEST(SurfacePatches, ANotANumberDistanceRejectsNothing)
+{
+    support::mesh m = strip();
+    m.coords(0, 3) = std::numeric_limits<double>::quiet_NaN();
+    patches p(m);
+    p.radius = 0.9;
+    EXPECT_EQ(p.patch(0, 0), (std::vector<unsigned>{0, 1}));
+}
+
+TEST(SurfacePatches, ARejectedTriangleIsNotAskedAgainAcrossAnotherEdge)
+{
+    // A fan of three around node 0: every pair shares an edge. The way from 0 to 1 is a ridge, so 1
+    // is refused first and stays out although the edge between 2 and 1 is open.
+    support::mesh fan{
+        "fan", {{0, 0, 0}, {1, 0, 0}, {-1, 1, 0}, {-1, -1, 0}}, {{0, 1, 2}, {0, 2, 3}, {0, 3, 1}}};
+    patches p(fan);
+    p.ridges = dense2D<unsigned>{{0, 2}};
+    EXPECT_EQ(p.patch(0, 0), (std::vector<unsigned>{0, 2}));
+}
+
+TEST(SurfacePatches, NeighborsThatNameNoTriangleAreNone)
+{
+    patches p(strip());
+    p.neighbors(0, 0) = 4;
+    p.neighbors(1, 0) = 4000000000u;
+    p.neighbors(2, 0) = 4;
+    EXPECT_EQ(p.patch(0, 0), std::vector<unsigned>{0});
+    p.neighbors = dense2D<unsigned>(1, 4, 3u);
+    EXPECT_EQ(p.patch(0, 0), (std::vector<unsigned>{0, 3})) << "missing rows are no neighbours";
+    p.neighbors = dense2D<unsigned>(3, 4, 0u);
+    EXPECT_EQ(p.patch(0, 0), std::vector<unsigned>{0}) << "a triangle beside itself";
+}
+
+TEST(SurfacePatches, MatchASearchStepByStep)
+{
+    for (unsigned seed = 1; seed <= 4; ++seed) {
+        support::mesh flat = support::grid_T3(7, 6);
+        support::jitter(flat, 0.2, seed);
+        const support::mesh m = support::lifted(
+            flat, [](double x, double y) { return std::sin(x) * std::cos(0.7 * y); });
+        patches p(m);
+        p.radius = 2.0;
+        p.max_angle = 0.8;
+        for (unsigned e = 0; e < m.connect.cols; ++e) {
+            const std::vector<unsigned> list = p.patch(m.connect(0, e), e);
+            // Each listed triangle but the seed is across an open edge from an earlier one, within
+            // the radius, and listed once.
+            const vec3 at = load<3>(m.coords.column(m.connect(0, e)));
+            for (std::size_t i = 1; i < list.size(); ++i) {
+                const unsigned u = list[i];
+                vec3 centroid = {};
+                for (int k = 0; k < 3; ++k)
+                    centroid = centroid + load<3>(m.coords.column(m.connect(std::size_t(k), u)));
+                EXPECT_LE(length((1.0 / 3.0) * centroid - at), 2.0 + 1e-12);
+                bool reached = false;
+                for (std::size_t j = 0; j < i; ++j)
+                    for (std::size_t k = 0; k < 3; ++k)
+                        reached = reached || p.neighbors(k, list[j]) == u;
+                EXPECT_TRUE(reached) << "seed " << seed << " triangle " << u;
+            }
+            std::vector<unsigned> sorted = list;
+            std::sort(sorted.begin(), sorted.end());
+            EXPECT_EQ(std::adjacent_find(sorted.begin(), sorted.end()), sorted.end());
+        }
+    }
+}

@@ -132,6 +132,12 @@ struct known_tests {
     {
         return step < size && elements[step] == element;
     }
+    /// The element tested last when the point is inside it, or `UNSET_ID`.
+    unsigned last_inside() const
+    {
+        if (size == 0 || !tests[size - 1].proper || tests[size - 1].outside != 0) return UNSET_ID;
+        return elements[size - 1];
+    }
 
     unsigned size = 0;
     unsigned elements[MOST];

@@ -56,7 +56,7 @@ public:
     bool any_refused() const { return refused; }
 
     /// Lists as long as this are full.
-    static constexpr unsigned LONGEST_LIST = 64;
+    static constexpr unsigned LONGEST_LIST = 16;
 
 private:
     using edge_table = chained_hash<std::pair<elfes::edge2, unsigned>>;

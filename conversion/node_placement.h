@@ -7,7 +7,7 @@ namespace vorel::tessalo2d {
 
 /// The point at the fraction `t` of the way from a to b; a itself at 0, whatever b holds.
 template <int D>
-vec<D> point_on_edge(const vec<D>& a, const vec<D>& b, double t)
+inline vec<D> point_on_edge(const vec<D>& a, const vec<D>& b, double t)
 {
     return t != 0.0 ? a + t * (b - a) : a;
 }
@@ -15,7 +15,8 @@ vec<D> point_on_edge(const vec<D>& a, const vec<D>& b, double t)
 /// The point at weight `w0` of p0 and `w1` of p1; a zero weight adds nothing, whatever its corner
 /// holds.
 template <int D>
-vec<D> point_in_triangle(const vec<D>& p0, const vec<D>& p1, const vec<D>& p2, double w0, double w1)
+inline vec<D> point_in_triangle(const vec<D>& p0, const vec<D>& p1, const vec<D>& p2, double w0,
+                                double w1)
 {
     vec<D> point = p2;
     if (w0 != 0.0) point = point + w0 * (p0 - p2);
@@ -25,7 +26,7 @@ vec<D> point_in_triangle(const vec<D>& p0, const vec<D>& p1, const vec<D>& p2, d
 
 /// The bilinear point at (s, t); a zero weight adds nothing, whatever its corner holds.
 template <int D>
-vec<D> point_in_quad(const vec<D> (&p)[4], double s, double t)
+inline vec<D> point_in_quad(const vec<D> (&p)[4], double s, double t)
 {
     const double w[4] = {(1.0 - s) * (1.0 - t), s * (1.0 - t), s * t, (1.0 - s) * t};
     vec<D> point{};

@@ -44,6 +44,7 @@ void node_quadtree::reset()
     cells.clear();
     free_stack.size = 0;
     free_flags.size = 0;
+    shortcuts.size = 0;
     count = 0;
     // A tree without cells stays without nodes.
     (void)append_cells(4);
@@ -262,8 +263,15 @@ void node_quadtree::approximate_nodes(const vec2* points, unsigned n, const node
         found[i] = UNSET_ID;
         if (count == 0 || !box_contains(points[i])) continue;
         at[i] = quantize(points[i][0], points[i][1]);
+        if (shortcuts.size > 0) __builtin_prefetch(shortcut_at(at[i]));
         inside[searched++] = i;
     }
+    if (shortcuts.size > 0)
+        for (unsigned k = 0; k < searched; ++k) {
+            const shortcut begin = *shortcut_at(at[inside[k]]);
+            places[inside[k]] = {begin.cell, 0, begin.level};
+            __builtin_prefetch(column(begin.cell));
+        }
     unsigned moving[BLOCK];
     std::copy(inside, inside + searched, moving);
     for (unsigned on_the_way = searched; on_the_way > 0;) {

@@ -58,9 +58,17 @@ struct leaf_place {
     unsigned level = 32;
 };
 
+/// Where a descent may begin: a divided cell and its level.
+struct shortcut {
+    unsigned cell;
+    unsigned level;
+};
+
 struct node_quadtree {
     static constexpr unsigned ROOT_LEVEL = 32;
     static constexpr double LARGEST = 1.7976931348623157e308;
+    /// The most points of one call of `approximate_nodes`.
+    static constexpr unsigned BLOCK = 32;
 
     /// An empty tree over the first two rows of `coords_`, without cells: `set_box` makes it
     /// usable.
@@ -90,17 +98,14 @@ struct node_quadtree {
     /// integer coordinates, nor one that no cells can be had for.
     bool insert_node(unsigned id);
 
-    /// As `insert_node` for each ID of the list in its order, into an empty tree; returns how many
-    /// were stored. The tree has the same cells, but they are numbered along a space-filling curve.
-    /// O(n log n), 32 bytes a node for the time of the call.
+    /// As `insert_node` for each ID of the list in its order; returns how many were stored. In an
+    /// empty tree the cells are the same, but numbered along a space-filling curve. O(n log n), 32
+    /// bytes a node for the time of the call.
     std::size_t insert_nodes(const dense1D<unsigned, 8>& ids);
 
     /// A node near the point, not always the nearest, or `UNSET_ID`. Points outside the box have
     /// none, however near.
     unsigned approximate_node(const vec2& point, const node_filter& filter) const;
-
-    /// The most points of one call below.
-    static constexpr unsigned BLOCK = 32;
 
     /// As `approximate_node` for each of up to `BLOCK` points. They descend side by side, so that
     /// their cache misses overlap.
@@ -173,6 +178,10 @@ struct node_quadtree {
     dense1D<std::uint64_t, 8> free_stack;
     /// Nodes held.
     std::uint64_t count = 0;
+    /// For each square of a grid of 2^shortcut_bits by 2^shortcut_bits over the root, rows by y, a
+    /// divided cell that holds it, as deep as the grid is fine. Empty, or one entry a square.
+    dense1D<shortcut, 8> shortcuts;
+    unsigned shortcut_bits = 0;
 
 private:
     std::uint32_t quantize_axis(double x, double from) const
@@ -206,6 +215,16 @@ private:
     /// From `cell` at `level` down to the leaf that holds the point; both are moved.
     void descend(const integer_point& at, unsigned& cell, unsigned& level) const;
 
+    /// Where the descent to the leaf of a point begins.
+    const shortcut* shortcut_at(const integer_point& p) const
+    {
+        const unsigned unused = 32 - shortcut_bits;
+        return shortcuts.begin() +
+               ((std::size_t(p.y >> unused) << shortcut_bits) + (p.x >> unused));
+    }
+    void make_shortcuts(std::size_t nodes);
+    /// `x` and `y` are the square of the grid at the lower corner of the cell.
+    void fill_shortcuts(const shortcut& divided, std::size_t x, std::size_t y);
     void prefetch_leaf(const leaf_place& place, const node_filter& filter) const;
     void prefetch_nodes(const unsigned* leaf, const node_filter& filter) const;
 

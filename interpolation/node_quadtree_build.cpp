@@ -149,7 +149,8 @@ std::size_t node_quadtree::insert_nodes(const dense1D<unsigned, 8>& ids)
         for (std::size_t k = 0; k < ids.size; ++k) stored += insert_node(ids[k]);
         return stored;
     };
-    if (ids.size < 4 || ids.size >= UNSET_ID || cells.cols == 0) return one_by_one();
+    const bool empty = count == 0 && cells.cols == 4;
+    if (!empty || ids.size < 4 || ids.size >= UNSET_ID) return one_by_one();
     dense1D<curve_node, 8> nodes;
     dense1D<curve_node, 8> other;
     // Sorting is a convenience: without room for it the nodes go in one by one.
@@ -171,7 +172,42 @@ std::size_t node_quadtree::insert_nodes(const dense1D<unsigned, 8>& ids)
     cell_writer writer{cells.column(0)};
     writer.write(0, ROOT_LEVEL, sorted, sorted + n);
     count = writer.stored;
+    make_shortcuts(n);
     return writer.stored;
+}
+
+void node_quadtree::make_shortcuts(std::size_t nodes)
+{
+    // One for 4 to 16 nodes, so that the grid ends a little above the leaves of evenly spread ones.
+    shortcut_bits = 0;
+    while (shortcut_bits < 16 && std::size_t(16) << 2 * shortcut_bits <= nodes) ++shortcut_bits;
+    // Few nodes have few levels, and every descent can begin at the root as well.
+    if (shortcut_bits == 0 || is_leaf(column(0))) return;
+    if (!shortcuts.resize(std::size_t(1) << 2 * shortcut_bits)) return;
+    fill_shortcuts({0, ROOT_LEVEL}, 0, 0);
+}
+
+void node_quadtree::fill_shortcuts(const shortcut& divided, std::size_t x, std::size_t y)
+{
+    const unsigned levels_above_grid = divided.level + shortcut_bits - ROOT_LEVEL;
+    if (levels_above_grid == 0) {
+        shortcuts[(y << shortcut_bits) + x] = divided;
+        return;
+    }
+    const std::size_t side = std::size_t(1) << (levels_above_grid - 1);
+    for (unsigned child = 0; child < 4; ++child) {
+        const std::size_t child_x = x + (child & 1u) * side;
+        const std::size_t child_y = y + (child >> 1) * side;
+        const unsigned id = column(divided.cell)[child];
+        if (!is_leaf(column(id))) {
+            fill_shortcuts({id, divided.level - 1}, child_x, child_y);
+            continue;
+        }
+        for (std::size_t row = child_y; row < child_y + side; ++row) {
+            shortcut* const square = shortcuts.begin() + (row << shortcut_bits) + child_x;
+            std::fill(square, square + side, divided);
+        }
+    }
 }
 
 bool node_quadtree::resize_cells(std::size_t total)

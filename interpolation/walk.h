@@ -28,35 +28,62 @@ struct side_test {
     unsigned char outside;
 };
 
+/// Two numbers side by side; each operation is made on both as on one alone.
+using pair_of_doubles = double __attribute__((vector_size(16)));
+
+/// `cross2` of two pairs of vectors.
+inline pair_of_doubles cross2(const pair_of_doubles& ax, const pair_of_doubles& ay,
+                              const pair_of_doubles& bx, const pair_of_doubles& by)
+{
+    const pair_of_doubles dx = bx - ax;
+    const pair_of_doubles dy = by - ay;
+    const pair_of_doubles dd = dx * dx + dy * dy;
+    const pair_of_doubles aa = ax * ax + ay * ay;
+    const pair_of_doubles bb = bx * bx + by * by;
+    const pair_of_doubles shorter = aa < bb ? aa : bb;
+    const auto plain = dd >= shorter;
+    return ax * (plain ? by : dy) - ay * (plain ? bx : dx);
+}
+
 /// All sides are tested without a branch: which one fails first is decided afterwards. A side fails
 /// when its doubled area with the point is not at or above -(doubled area * tolerance), so the
 /// margin is relative to the element's own area.
 template <mesh_form F>
-side_test test_sides(const background_mesh& mesh, const vec2& point, const unsigned* column,
-                     double tolerance)
+inline side_test test_sides(const background_mesh& mesh, const vec2& point, const unsigned* column,
+                            double tolerance)
 {
     constexpr double LARGEST = 1.7976931348623157e308;
+    const auto result = [&](double area, unsigned sides, auto... doubled_areas) {
+        const double threshold = -(area * tolerance);
+        unsigned outside = 0;
+        unsigned side = 0;
+        ((outside |= unsigned(!(doubled_areas >= threshold)) << side++), ...);
+        return side_test{area > 0.0 && area <= LARGEST, static_cast<unsigned char>(sides),
+                         static_cast<unsigned char>(outside)};
+    };
+    using pair = pair_of_doubles;
     const vec2 p0 = mesh.point(column[0]);
     const vec2 p1 = mesh.point(column[1]);
     const vec2 p2 = mesh.point(column[2]);
-    const vec2 a = p0 - point;
-    const vec2 b = p1 - point;
-    const vec2 c = p2 - point;
+    const pair x{point[0], point[0]};
+    const pair y{point[1], point[1]};
     if (!is_quad<F>(column)) {
-        const double area = cross2(p0 - p2, p1 - p2);
-        const double threshold = -(area * tolerance);
-        const unsigned outside = unsigned(!(cross2(b, c) >= threshold)) |
-                                 unsigned(!(cross2(c, a) >= threshold)) << 1 |
-                                 unsigned(!(cross2(a, b) >= threshold)) << 2;
-        return {area > 0.0 && area <= LARGEST, 3, static_cast<unsigned char>(outside)};
+        // The element itself and side 2, then sides 0 and 1.
+        const pair from_x{p2[0], point[0]};
+        const pair from_y{p2[1], point[1]};
+        const pair first = cross2(pair{p0[0], p0[0]} - from_x, pair{p0[1], p0[1]} - from_y,
+                                  pair{p1[0], p1[0]} - from_x, pair{p1[1], p1[1]} - from_y);
+        const pair second = cross2(pair{p1[0], p2[0]} - x, pair{p1[1], p2[1]} - y,
+                                   pair{p2[0], p0[0]} - x, pair{p2[1], p0[1]} - y);
+        return result(first[0], 3, second[0], second[1], first[1]);
     }
+    const vec2 p3 = mesh.point(column[3]);
+    const pair first = cross2(pair{p0[0], p1[0]} - x, pair{p0[1], p1[1]} - y,
+                              pair{p1[0], p2[0]} - x, pair{p1[1], p2[1]} - y);
+    const pair second = cross2(pair{p2[0], p3[0]} - x, pair{p2[1], p3[1]} - y,
+                               pair{p3[0], p0[0]} - x, pair{p3[1], p0[1]} - y);
     const double area = quad_double_area<2>(mesh.points, mesh.point_ld, column);
-    const double threshold = -(area * tolerance);
-    const vec2 d = mesh.point(column[3]) - point;
-    const unsigned outside =
-        unsigned(!(cross2(a, b) >= threshold)) | unsigned(!(cross2(b, c) >= threshold)) << 1 |
-        unsigned(!(cross2(c, d) >= threshold)) << 2 | unsigned(!(cross2(d, a) >= threshold)) << 3;
-    return {area > 0.0 && area <= LARGEST, 4, static_cast<unsigned char>(outside)};
+    return result(area, 4, first[0], first[1], second[0], second[1]);
 }
 
 /// The first failing side in cyclic order from the one after `start_side`, which comes last. At
@@ -86,7 +113,7 @@ int side_outside(const background_mesh& mesh, const vec2& point, const unsigned*
 /// Draws 0 to 3 to sides: a triangle's side 0 is drawn twice as often as the others.
 inline unsigned start_side(unsigned drawn, unsigned sides)
 {
-    return drawn < sides ? drawn : drawn % sides;
+    return drawn < sides ? drawn : drawn - sides;
 }
 
 /// Side tests of one point that were made before its walk, in the order in which the walk is

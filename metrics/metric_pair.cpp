@@ -61,26 +61,40 @@ bool reduce_metric_pair(metric_pair_reduction<D>& reduction, const symmetric_fix
 }
 
 template <std::size_t D>
-bool interpolate_reduced_metrics(const metric_pair_reduction<D>& reduction, double t,
-                                 symmetric_fixed<double, D>& m)
+metric_pair_sizes<D> sizes_of(const metric_pair_reduction<D>& reduction)
 {
-    if (!spectrum_is_valid(reduction.first_diagonal)) return false;
-    if (!spectrum_is_valid(reduction.second_diagonal)) return false;
-    double first[D];
-    double second[D];
-    eigenvalues_to_sizes(reduction.first_diagonal, first);
-    eigenvalues_to_sizes(reduction.second_diagonal, second);
-    double sizes[D];
-    for (std::size_t k = 0; k < D; ++k) sizes[k] = (second[k] - first[k]) * t + first[k];
+    metric_pair_sizes<D> sizes;
+    sizes.valid =
+        spectrum_is_valid(reduction.first_diagonal) && spectrum_is_valid(reduction.second_diagonal);
+    eigenvalues_to_sizes(reduction.first_diagonal, sizes.first);
+    eigenvalues_to_sizes(reduction.second_diagonal, sizes.second);
+    return sizes;
+}
+
+template <std::size_t D>
+bool interpolate_pair_sizes(const metric_pair_sizes<D>& sizes, const double (&inverse)[D * D],
+                            double t, symmetric_fixed<double, D>& m)
+{
+    if (!sizes.valid) return false;
+    double h[D];
+    for (std::size_t k = 0; k < D; ++k)
+        h[k] = (sizes.second[k] - sizes.first[k]) * t + sizes.first[k];
     const bool inside = t >= 0.0 && t <= 1.0;
-    if (!inside && !spectrum_is_valid(sizes)) {
+    if (!inside && !spectrum_is_valid(h)) {
         m = {};
         return false;
     }
     double eigenvalues[D];
-    sizes_to_eigenvalues(sizes, eigenvalues);
-    compose_metric(eigenvalues, reduction.inverse, m);
+    sizes_to_eigenvalues(h, eigenvalues);
+    compose_metric(eigenvalues, inverse, m);
     return true;
+}
+
+template <std::size_t D>
+bool interpolate_reduced_metrics(const metric_pair_reduction<D>& reduction, double t,
+                                 symmetric_fixed<double, D>& m)
+{
+    return interpolate_pair_sizes(sizes_of(reduction), reduction.inverse, t, m);
 }
 
 template <std::size_t D>
@@ -116,8 +130,14 @@ template bool reduce_metric_pair<2>(metric_pair_reduction<2>&, const symmetric_f
                                     const symmetric_fixed<double, 2>&);
 template bool reduce_metric_pair<3>(metric_pair_reduction<3>&, const symmetric_fixed<double, 3>&,
                                     const symmetric_fixed<double, 3>&);
+template metric_pair_sizes<2> sizes_of<2>(const metric_pair_reduction<2>&);
+template bool interpolate_pair_sizes<2>(const metric_pair_sizes<2>&, const double (&)[4], double,
+                                        symmetric_fixed<double, 2>&);
 template bool interpolate_reduced_metrics<2>(const metric_pair_reduction<2>&, double,
                                              symmetric_fixed<double, 2>&);
+template metric_pair_sizes<3> sizes_of<3>(const metric_pair_reduction<3>&);
+template bool interpolate_pair_sizes<3>(const metric_pair_sizes<3>&, const double (&)[9], double,
+                                        symmetric_fixed<double, 3>&);
 template bool interpolate_reduced_metrics<3>(const metric_pair_reduction<3>&, double,
                                              symmetric_fixed<double, 3>&);
 template bool interpolate_metric_pair<2>(double, const symmetric_fixed<double, 2>&,

@@ -69,6 +69,25 @@ template <std::size_t D>
                                       const symmetric_fixed<double, D>& m1,
                                       const symmetric_fixed<double, D>& m2);
 
+/// The sizes that a pair of metrics asks for along its common basis.
+template <std::size_t D>
+struct metric_pair_sizes {
+    double first[D];
+    double second[D];
+    /// False when one of the two is no metric; the sizes are then unspecified.
+    bool valid;
+};
+
+template <std::size_t D>
+metric_pair_sizes<D> sizes_of(const metric_pair_reduction<D>& reduction);
+
+/// The metric at `t` from the sizes along the common basis, for many `t` between two metrics.
+/// Results as with `interpolate_reduced_metrics`.
+template <std::size_t D>
+[[nodiscard]] bool interpolate_pair_sizes(const metric_pair_sizes<D>& sizes,
+                                          const double (&inverse)[D * D], double t,
+                                          symmetric_fixed<double, D>& m);
+
 /// The metric at `t` between M1 (t = 0) and M2 (t = 1); `t` may lie outside. False with `m` as it
 /// was when one of the two is no metric; false with `m` zeroed when, outside, a size runs out of
 /// range.

@@ -51,8 +51,8 @@ double fraction(std::size_t i, std::size_t n)
     return static_cast<double>(i) / static_cast<double>(n);
 }
 
-/// Writes the sizes of the interior nodes from entry `first` on. A size that an interpolation
-/// refuses goes on as what it stored.
+/// Writes the sizes of the interior nodes from entry `first` on. Fractions are well away from the
+/// ends, and a size that is out of range goes on all the same.
 void fill_sizes(const patch& p, double* sizes, std::size_t first)
 {
     double* interior = sizes + first;
@@ -61,53 +61,59 @@ void fill_sizes(const patch& p, double* sizes, std::size_t first)
         const double bottom = sizes[p.bottom(i)];
         const double top = sizes[p.top(i)];
         for (std::size_t j = 1; j < p.m; ++j) {
-            const double t = fraction(j, p.m);
-            double across;
-            double along;
-            (void)interpolate_size_pair(s, sizes[p.left(j)], sizes[p.right(j)], across);
-            (void)interpolate_size_pair(t, bottom, top, along);
-            (void)interpolate_size_pair(0.5, along, across, *interior++);
+            const double across = size_between(s, sizes[p.left(j)], sizes[p.right(j)]);
+            const double along = size_between(fraction(j, p.m), bottom, top);
+            *interior++ = size_between(0.5, along, across);
         }
     }
 }
 
-/// The metric at `t` of a reduced pair; zero when there is none.
+/// The line between two nodes on opposite sides, reduced once for all nodes on it. Where there is
+/// no metric it is zero.
 template <std::size_t D>
-symmetric_fixed<double, D> interpolated(const metric_pair_reduction<D>& pair, double t)
-{
-    symmetric_fixed<double, D> m = {};
-    (void)interpolate_reduced_metrics(pair, t, m);
-    return m;
-}
+struct line {
+    line(const dense2D<double>& metrics, unsigned from, unsigned to)
+    {
+        (void)reduce_metric_pair(pair, metric_column<D>(metrics, from),
+                                 metric_column<D>(metrics, to));
+        sizes = sizes_of(pair);
+    }
 
-/// Writes the metrics of the interior nodes from column `first` on. Both ends of a row and of a
-/// column are reduced once for all nodes between them, so that a node costs one reduction and not
-/// three; what was interpolated along the rows waits in the columns of the result. Fractions are
-/// well away from the ends at which a metric would be copied. A record of zeros, which is what a
-/// refused reduction leaves, gives zero metrics.
+    symmetric_fixed<double, D> at(double t) const
+    {
+        symmetric_fixed<double, D> m = {};
+        (void)interpolate_pair_sizes(sizes, pair.inverse, t, m);
+        return m;
+    }
+
+    metric_pair_reduction<D> pair;
+    metric_pair_sizes<D> sizes;
+};
+
+/// Writes the metrics of the interior nodes from column `first` on. A node costs one reduction and
+/// not three; what was interpolated across waits in the columns of the result. Fractions are well
+/// away from the ends, at which a metric would be copied.
 template <std::size_t D>
 void fill_metrics(const patch& p, dense2D<double>& metrics, std::size_t first)
 {
     const std::size_t ld = metrics.ld;
     double* const interior = metrics.column(first);
     const std::size_t row_ld = (p.m - 1) * ld;
-    metric_pair_reduction<D> pair;
     for (std::size_t j = 1; j < p.m; ++j) {
-        (void)reduce_metric_pair(pair, metric_column<D>(metrics, p.left(j)),
-                                 metric_column<D>(metrics, p.right(j)));
+        const line<D> across(metrics, p.left(j), p.right(j));
         double* column = interior + (j - 1) * ld;
         for (std::size_t i = 1; i < p.n; ++i, column += row_ld)
-            store_metric(interpolated(pair, fraction(i, p.n)), column);
+            store_metric(across.at(fraction(i, p.n)), column);
     }
     double* column = interior;
     for (std::size_t i = 1; i < p.n; ++i) {
-        (void)reduce_metric_pair(pair, metric_column<D>(metrics, p.bottom(i)),
-                                 metric_column<D>(metrics, p.top(i)));
+        const line<D> along(metrics, p.bottom(i), p.top(i));
         for (std::size_t j = 1; j < p.m; ++j, column += ld) {
-            const symmetric_fixed<double, D> along = interpolated(pair, fraction(j, p.m));
             metric_pair_reduction<D> both;
-            (void)reduce_metric_pair(both, along, load_metric<D>(column));
-            store_metric(interpolated(both, 0.5), column);
+            symmetric_fixed<double, D> m = {};
+            if (reduce_metric_pair(both, along.at(fraction(j, p.m)), load_metric<D>(column)))
+                (void)interpolate_reduced_metrics(both, 0.5, m);
+            store_metric(m, column);
         }
     }
 }

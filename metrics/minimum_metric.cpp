@@ -72,13 +72,19 @@ bool is_surely_semidefinite(matrix3 a)
     return true;
 }
 
-bool is_metric(const metric& m)
+enum class verdict {
+    no_metric,
+    by_tolerance, ///< may have small negative eigenvalues
+    semidefinite
+};
+
+verdict judge(const metric& m)
 {
     matrix3 a = full(m);
-    if (is_surely_semidefinite(a)) return true;
+    if (is_surely_semidefinite(a)) return verdict::semidefinite;
     double largest_entry = 0.0;
     for (const double x : m.data) {
-        if (!std::isfinite(x)) return false;
+        if (!std::isfinite(x)) return verdict::no_metric;
         largest_entry = std::max(largest_entry, std::fabs(x));
     }
     const int exponent = std::ilogb(largest_entry);
@@ -88,13 +94,13 @@ bool is_metric(const metric& m)
     jacobi_eigen3(a, vectors);
     const double smallest = std::min({a[0][0], a[1][1], a[2][2]});
     const double largest = std::max({a[0][0], a[1][1], a[2][2]});
-    return smallest >= -negative_tolerance * largest;
+    if (!(smallest >= -negative_tolerance * largest)) return verdict::no_metric;
+    return verdict::by_tolerance;
 }
 
 /// Takes negative eigenvalues out.
 void make_semidefinite(matrix3& a)
 {
-    if (is_surely_semidefinite(a)) return;
     matrix3 values = a;
     matrix3 vectors;
     jacobi_eigen3(values, vectors);
@@ -254,7 +260,7 @@ metric larger_of_diagonals(const metric& a, const metric& b)
 }
 
 /// Of two metrics neither of which is zero or diagonal with the other one.
-metric intersection(const metric& a, const metric& b)
+metric intersection(const metric& a, verdict a_is, const metric& b, verdict b_is)
 {
     const axis_scaling axes(a, b);
     matrix3 first = axes.scaled(a);
@@ -265,8 +271,8 @@ metric intersection(const metric& a, const metric& b)
     if (a_covers && b_covers) return d[0][0] + d[1][1] + d[2][2] > 0.0 ? a : b;
     if (a_covers) return a;
     if (b_covers) return b;
-    make_semidefinite(first);
-    make_semidefinite(second);
+    if (a_is == verdict::by_tolerance) make_semidefinite(first);
+    if (b_is == verdict::by_tolerance) make_semidefinite(second);
     return axes.restored(larger_of_both(sum(first, second), difference(first, second)));
 }
 
@@ -274,11 +280,12 @@ metric intersection(const metric& a, const metric& b)
 
 bool minimum_metric(const metric& a, const metric& b, metric& result)
 {
-    const bool a_is_metric = is_metric(a);
-    const bool b_is_metric = is_metric(b);
-    if (!a_is_metric || !b_is_metric) {
-        result = a_is_metric ? a : b;
-        return a_is_metric || b_is_metric;
+    const verdict a_is = judge(a);
+    const verdict b_is = judge(b);
+    if (a_is == verdict::no_metric || b_is == verdict::no_metric) {
+        const bool usable = a_is != b_is;
+        result = a_is == verdict::no_metric ? b : a;
+        return usable;
     }
     if (is_zero(b))
         result = a;
@@ -287,7 +294,7 @@ bool minimum_metric(const metric& a, const metric& b, metric& result)
     else if (is_diagonal(a) && is_diagonal(b))
         result = larger_of_diagonals(a, b);
     else
-        result = intersection(a, b);
+        result = intersection(a, a_is, b, b_is);
     return true;
 }
 

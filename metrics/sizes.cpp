@@ -14,15 +14,12 @@ bool is_valid_size(double h)
 
 bool interpolate_size_pair(double t, double first, double second, double& size)
 {
-    size = 0.0;
-    if (counts_as_zero(t)) {
+    if (counts_as_zero(t))
         size = first;
-    } else if (counts_as_zero(1.0 - t)) {
+    else if (counts_as_zero(1.0 - t))
         size = second;
-    } else {
-        if (!(first > 0.0) || !(second > 0.0)) return false;
-        size = (second - first) * t + first;
-    }
+    else
+        size = size_between(t, first, second);
     return is_valid_size(size);
 }
 

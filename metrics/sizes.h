@@ -69,8 +69,16 @@ template <std::size_t D>
     return valid;
 }
 
-/// The size at `t` between `first` (t = 0) and `second` (t = 1), linear; `t` may lie outside.
-/// Within the end tolerance of an end the size there is stored as it is. False when the result is
+/// The size at a `t` off the ends between `first` (t = 0) and `second` (t = 1), linear; 0 when one
+/// of the two is not above 0. Without a branch.
+inline double size_between(double t, double first, double second)
+{
+    const double size = (second - first) * t + first;
+    const bool positive = (first > 0.0) & (second > 0.0);
+    return positive ? size : 0.0;
+}
+
+/// As above for any `t`, also outside. Within the end tolerance of an end the size there is stored as it is. False when the result is
 /// not above 0 and below the largest double, or when, off the ends, one of the two is not above 0:
 /// 0 is then stored.
 [[nodiscard]] bool interpolate_size_pair(double t, double first, double second, double& size);

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 
 using namespace vorel;
 using tessalo2d::edge_numbering;
@@ -105,7 +106,7 @@ TEST(EdgeNumbering, EqualsAMapOnRandomSides)
 
 TEST(EdgeNumbering, EqualsAMapWhereListsAreFullAtBothEnds)
 {
-    // Every pair of 200 nodes: lists hold 64 edges of each, the table has the rest.
+    // Every pair of 200 nodes: the lists are soon full, the table has most.
     for (const bool with_prepared : {false, true}) {
         support::die draw(7);
         constexpr unsigned NODES = 200;
@@ -167,21 +168,39 @@ TEST(EdgeNumbering, EqualsAMapWithTheTableAlone)
 
 TEST(EdgeNumbering, ARefusedEdgeHasNoNodesUntilALaterMeetingSucceeds)
 {
-    // Lists and first table are refused; from the third request on there is memory again.
-    support::failing_allocation refuse(0, support::failure::for_good);
-    edge_numbering numbering(10, 1, 4, 2, NONE);
+    std::optional<support::failing_allocation> refuse;
+    refuse.emplace(0, support::failure::for_good);
+    edge_numbering numbering(10, 1, 4, 2, {{3, 7, 1}});
     EXPECT_EQ(numbering.meet(3, 4).first, UNSET_ID);
     EXPECT_TRUE(numbering.any_refused());
     EXPECT_EQ(numbering.find_refused(3, 4).first, UNSET_ID);
-    {
-        support::failing_allocation relent(1000000);
-        EXPECT_EQ(numbering.meet(4, 3).first, 10u);
-        EXPECT_EQ(numbering.meet(5, 6).first, 12u);
-    }
+    refuse.reset();
+    EXPECT_EQ(numbering.meet(4, 3).first, 10u);
+    EXPECT_EQ(numbering.meet(5, 6).first, 12u);
     const edge_run found = numbering.find_refused(3, 4);
     EXPECT_EQ(found.first, 10u);
     EXPECT_TRUE(found.reversed);
     EXPECT_EQ(numbering.find_refused(6, 6).first, UNSET_ID);
+}
+
+TEST(EdgeNumbering, APreparedEdgeWithoutStorageChangesNoOther)
+{
+    // 23 buckets and 11 more slots: the prepared edges fill them, all in one chain, and the next
+    // one finds no room. IDs 23 apart share a bucket with each other.
+    dense2D<unsigned> prepared(3, 46);
+    for (unsigned j = 0; j < prepared.cols; ++j) {
+        prepared(0, j) = j;
+        prepared(1, j) = 1000;
+        prepared(2, j) = j;
+    }
+    std::optional<support::failing_allocation> refuse;
+    refuse.emplace(1, support::failure::for_good);
+    edge_numbering numbering(4000000000u, 1, 4, 1, prepared);
+    ASSERT_TRUE(refuse->fired());
+    for (unsigned j = 0; j < prepared.cols; ++j) {
+        const unsigned first = numbering.find_refused(1000, j).first;
+        EXPECT_TRUE(first == j || first == UNSET_ID) << j;
+    }
 }
 
 TEST(EdgeNodes, RunOutOfIDsIsReported)
@@ -200,27 +219,34 @@ TEST(EdgeNodes, RunOutOfIDsIsReported)
     }
 }
 
-TEST(EdgeNodes, AnEdgeThatWasRefusedOnlyAtFirstGetsItsNodesEverywhere)
+TEST(EdgeNodes, AnEdgeThatOneElementWasRefusedGetsTheNodesOfTheNext)
 {
-    // The table is refused for the first side, so that the second triangle is the first that has
-    // the common edge: its direction counts, and its corner coordinates come first.
-    const dense2D<unsigned> connect{{2, 0, 1}, {1, 0, 3}};
+    const dense2D<unsigned> first{{2, 0, 1}};
+    const dense2D<unsigned> second{{1, 0, 3}};
+    const dense2D<unsigned> both{{2, 0, 1}, {1, 0, 3}};
     const tessalo2d::element_nodes added{2, 0, 0};
     dense2D<double> coords{{0, 0}, {3, 0}, {0, 3}, {3, 3}};
     dense2D<unsigned> result(9, 2);
-    support::failing_allocation refuse(0, support::failure::for_good);
+    dense2D<unsigned> result_of_first = result;
+    dense2D<unsigned> result_of_second = result;
+    ASSERT_TRUE(result_of_first.resize(9, 1) && result_of_second.resize(9, 1));
+    result_of_second.offset += 9;
+
+    std::optional<support::failing_allocation> refuse;
+    refuse.emplace(0, support::failure::for_good);
     edge_numbering numbering(4, 2, 6, 2, NONE);
-    EXPECT_EQ(numbering.meet(0, 1).first, UNSET_ID);
-    support::failing_allocation relent(1000000);
-    ASSERT_TRUE(number_edge_nodes(numbering, connect, added, result));
-    // As if the first side had been passed over.
-    for (std::size_t i : {3u, 4u}) result(i, 0) = UNSET_ID;
-    fill_refused_edges(numbering, connect, added, result);
-    EXPECT_EQ(
-        support::columns(result),
-        support::columns<unsigned>({{2, 0, 1, 4, 5, 6, 7, 8, 9}, {1, 0, 3, 10, 11, 12, 13, 5, 4}}));
-    EXPECT_EQ(numbering.next_id(), 14u);
-    ASSERT_TRUE(coords.resize(2, 14));
-    place_edge_nodes(coords, connect, added, result, 4, 14, dense1D<double, 8>());
-    EXPECT_EQ(support::columns(coords)[4], (std::vector<double>{1, 0}));
+    ASSERT_TRUE(number_edge_nodes(numbering, first, added, result_of_first));
+    refuse.reset();
+    ASSERT_TRUE(number_edge_nodes(numbering, second, added, result_of_second));
+    ASSERT_EQ(numbering.next_id(), 10u);
+    ASSERT_TRUE(numbering.any_refused());
+
+    ASSERT_TRUE(coords.resize(2, 10));
+    place_edge_nodes(coords, both, added, result, 4, 10, dense1D<double, 8>());
+    fill_refused_edges(numbering, both, added, result);
+    constexpr unsigned U = UNSET_ID;
+    EXPECT_EQ(support::columns(result), support::columns<unsigned>({{2, 0, 1, 9, 8, U, U, U, U},
+                                                                    {1, 0, 3, 4, 5, 6, 7, 8, 9}}));
+    // The edge runs from 1 to 0, as the element has it that got it numbered.
+    EXPECT_EQ(support::columns(coords)[8], (std::vector<double>{3 + 1.0 / 3.0 * -3, 0}));
 }

@@ -424,6 +424,20 @@ TEST(ConvertIntoHighOrder, AResultThatIsTheInputIsEmptied)
     EXPECT_EQ(edges.rows, 6u);
 }
 
+TEST(ConvertIntoHighOrder, AResultOnTheBlockOfAnInputGetsOneOfItsOwn)
+{
+    const dense2D<unsigned> connect = two_triangles();
+    const dense2D<unsigned> edges{{0, 2, 3}};
+    const outcome apart = converted(square(), connect, 1, 1, 0, edges);
+    for (const dense2D<unsigned>& shared : {connect, edges}) {
+        dense2D<double> coords = square();
+        dense2D<unsigned> result = shared;
+        EXPECT_EQ(convert_into_high_order(coords, connect, 1, 1, 0, result, edges), 0);
+        EXPECT_EQ(columns(result), columns(apart.connect));
+        EXPECT_EQ(columns(connect), columns(two_triangles()));
+    }
+}
+
 TEST(ConvertIntoHighOrder, LayoutsDoNotMatterAndInputsStay)
 {
     for (const std::size_t dimension : {2u, 3u}) {

@@ -26,6 +26,8 @@ struct sides {
 
 /// Storage of triangles only.
 struct T3_form {
+    static constexpr std::size_t ROWS = 3;
+
     /// First position of the node, or ABSENT.
     static unsigned position(const unsigned* column, unsigned node)
     {
@@ -42,6 +44,8 @@ struct T3_form {
 
 /// Storage of quadrilaterals with triangles among them.
 struct mixed_form {
+    static constexpr std::size_t ROWS = 4;
+
     /// Row 3 of a triangle holds no node's ID, so all rows can be compared.
     static unsigned position(const unsigned* column, unsigned node)
     {
@@ -180,7 +184,7 @@ private:
 template <class Form>
 class batched_walk {
 public:
-    static constexpr std::size_t NODES = 16;
+    static constexpr std::size_t NODES = 32;
     /// Longer fans are left to the single walk.
     static constexpr std::size_t LONGEST = 16;
 
@@ -194,10 +198,11 @@ public:
         for (unsigned w = 0; w < count; ++w) {
             start[w] = starts[w];
             size[w] = 0;
-            closed[w] = false;
             present[w] = start[w];
             active[running] = w;
-            running += mesh.is_element(start[w]);
+            const bool runs = mesh.is_element(start[w]);
+            if (runs) fetch(start[w]);
+            running += runs;
         }
         for (std::size_t length = 0; running != 0 && length < LONGEST; ++length) {
             std::size_t remaining = 0;
@@ -213,7 +218,7 @@ public:
     /// The fan of walk `w` if it has come back to its start.
     const unsigned* ring(std::size_t w) const { return rings[w]; }
     unsigned start_of(std::size_t w) const { return start[w]; }
-    bool is_closed(std::size_t w) const { return closed[w]; }
+    bool is_closed(std::size_t w) const { return size[w] != 0 && present[w] == start[w]; }
     std::size_t ring_size(std::size_t w) const { return size[w]; }
 
 private:
@@ -226,22 +231,28 @@ private:
         const unsigned* const column = mesh.column(e);
         const unsigned k = Form::position(column, node);
         const bool found = k != ABSENT;
-        const unsigned side = found ? Form::at(column, k).into : 0;
-        const unsigned following = mesh.across(e)[side];
-        closed[w] = found & (following == start[w]);
+        const unsigned following = mesh.across(e)[found ? Form::at(column, k).into : 0];
         const bool go_on = found & mesh.is_element(following) & (following != start[w]);
-        const unsigned ahead = go_on ? following : e;
-        present[w] = ahead;
-        __builtin_prefetch(mesh.column(ahead));
-        __builtin_prefetch(mesh.across(ahead));
+        present[w] = found ? following : ABSENT;
+        fetch(go_on ? following : e);
         return go_on;
+    }
+
+    /// A column may lie across two cache lines.
+    [[gnu::always_inline]] void fetch(unsigned e) const
+    {
+        __builtin_prefetch(mesh.column(e));
+        __builtin_prefetch(mesh.across(e));
+        if constexpr (Form::ROWS == 3) {
+            __builtin_prefetch(mesh.column(e) + 2);
+            __builtin_prefetch(mesh.across(e) + 2);
+        }
     }
 
     const fan_reader<Form>& mesh;
     unsigned start[NODES];
     unsigned present[NODES];
     unsigned size[NODES];
-    bool closed[NODES];
     unsigned rings[NODES][LONGEST];
 };
 

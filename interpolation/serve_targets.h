@@ -62,6 +62,13 @@ void serve_targets(const interpolation_arguments& a, Carrier carrier,
         }
         locator.approach(points, n, WALK_TOLERANCE, starts, known);
         for (unsigned i = 0; i < n; ++i) {
+            if (known[i].size == 0) continue;
+            // Where the walk is likely to end.
+            const unsigned* const column = mesh.column(known[i].elements[known[i].size - 1]);
+            for (unsigned row = 0; row < 3; ++row) carrier.prefetch(column[row]);
+            if (is_quad<F>(column)) carrier.prefetch(column[3]);
+        }
+        for (unsigned i = 0; i < n; ++i) {
             const unsigned node = block[i];
             // The same node may have been served earlier in the block.
             if (carrier.keeps(node)) continue;

@@ -113,7 +113,7 @@ int side_outside(const background_mesh& mesh, const vec2& point, const unsigned*
 /// Draws 0 to 3 to sides: a triangle's side 0 is drawn twice as often as the others.
 inline unsigned start_side(unsigned drawn, unsigned sides)
 {
-    return drawn < sides ? drawn : drawn % sides;
+    return drawn < sides ? drawn : drawn - sides;
 }
 
 /// Side tests of one point that were made before its walk, in the order in which the walk is

@@ -74,7 +74,8 @@ template <std::size_t D>
 inline double size_between(double t, double first, double second)
 {
     const double size = (second - first) * t + first;
-    return (first > 0.0) & (second > 0.0) ? size : 0.0;
+    const bool positive = (first > 0.0) & (second > 0.0);
+    return positive ? size : 0.0;
 }
 
 /// As above for any `t`, also outside. Within the end tolerance of an end the size there is stored as it is. False when the result is

@@ -77,20 +77,30 @@ void T3_to_T6(benchmark::State& state)
     convert(state, mesh_for(state));
 }
 
-/// The same copy into storage that was never touched, as an in-place conversion must grow into.
+support::mesh copy_of(const support::mesh& m)
+{
+    support::mesh copy;
+    require(copy.coords.copy(m.coords) && copy.connect.copy(m.connect));
+    return copy;
+}
+
+/// Gives storage back outside the measured time.
+void drop(support::mesh& m, benchmark::State& state)
+{
+    state.PauseTiming();
+    m = support::mesh();
+    state.ResumeTiming();
+}
+
+/// The same copy into storage that is asked for anew, as an in-place conversion must do.
 void T3_to_T6_in_place_memcpy(benchmark::State& state)
 {
     support::mesh m = mesh_for(state);
     require(tessalo2d::convert_into_quadratic(m.coords, m.connect) == 0);
     for (auto _ : state) {
-        dense2D<double> coords;
-        dense2D<unsigned> connect;
-        require(coords.copy(m.coords) && connect.copy(m.connect));
+        support::mesh copy = copy_of(m);
         benchmark::ClobberMemory();
-        state.PauseTiming();
-        coords = dense2D<double>();
-        connect = dense2D<unsigned>();
-        state.ResumeTiming();
+        drop(copy, state);
     }
     count_items(state, m.connect.cols);
 }
@@ -100,16 +110,11 @@ void T3_to_T6_in_place(benchmark::State& state)
     const support::mesh m = mesh_for(state);
     for (auto _ : state) {
         state.PauseTiming();
-        dense2D<double> coords;
-        dense2D<unsigned> connect;
-        require(coords.copy(m.coords) && connect.copy(m.connect));
+        support::mesh copy = copy_of(m);
         state.ResumeTiming();
-        require(tessalo2d::convert_into_quadratic(coords, connect) == 0);
+        require(tessalo2d::convert_into_quadratic(copy.coords, copy.connect) == 0);
         benchmark::ClobberMemory();
-        state.PauseTiming();
-        coords = dense2D<double>();
-        connect = dense2D<unsigned>();
-        state.ResumeTiming();
+        drop(copy, state);
     }
     count_items(state, m.connect.cols);
 }

@@ -320,6 +320,65 @@ TEST(NodeQuadtree, InsertingManyAtOnceGivesTheSameTreeAsOneByOne)
         }
 }
 
+TEST(NodeQuadtree, InsertingManyIntoATreeWithNodesAddsToThem)
+{
+    for (const cloud& c : clouds(600, 3)) {
+        vec2 low, high;
+        bounds(c.coords, low, high);
+        const auto ids = shuffled_ids(600, 1);
+        node_quadtree tree(c.coords);
+        tree.set_box(low, high);
+        dense1D<unsigned, 8> part = ids;
+        part.size = 300;
+        (void)tree.insert_nodes(part);
+        part.offset += 300;
+        (void)tree.insert_nodes(part);
+        node_quadtree one_by_one(c.coords);
+        one_by_one.set_box(low, high);
+        for (const unsigned id : ids) (void)one_by_one.insert_node(id);
+        EXPECT_EQ(tree.count, one_by_one.count) << c.name;
+        std::string expected, got;
+        std::vector<unsigned> met;
+        shape(one_by_one, 0, 32, expected, met);
+        shape(tree, 0, 32, got, met);
+        EXPECT_EQ(got, expected) << c.name;
+        // Descents that begin below the root still end in the right leaves.
+        for (const vec2& p : probes(c.coords, low, high, 1)) {
+            unsigned found;
+            tree.approximate_nodes(&p, 1, ids, &found);
+            ASSERT_EQ(found, one_by_one.approximate_node(p, ids)) << c.name;
+        }
+    }
+}
+
+TEST(NodeQuadtree, BlocksOfPointsFindWhatSinglePointsFind)
+{
+    for (const unsigned n : {1u, 5u, 20u, 300u, 2000u})
+        for (const cloud& c : clouds(n, n)) {
+            vec2 low, high;
+            bounds(c.coords, low, high);
+            node_quadtree tree(c.coords);
+            tree.set_box(low, high);
+            (void)tree.insert_nodes(all_ids(n));
+            dense1D<unsigned, 8> filter(n, 0u);
+            for (const unsigned kept : {1u, 4u, 700u}) {
+                for (unsigned id = 0; id < n; ++id)
+                    filter[id] = id % kept == kept / 2 ? id : UNSET_ID;
+                const auto points = probes(c.coords, low, high, 2);
+                for (std::size_t first = 0; first < points.size();) {
+                    const unsigned block = static_cast<unsigned>(std::min<std::size_t>(
+                        node_quadtree::BLOCK - first % 3, points.size() - first));
+                    unsigned found[node_quadtree::BLOCK];
+                    tree.approximate_nodes(&points[first], block, filter, found);
+                    for (unsigned i = 0; i < block; ++i)
+                        ASSERT_EQ(found[i], tree.approximate_node(points[first + i], filter))
+                            << c.name << ", " << n << " nodes, point " << first + i;
+                    first += block;
+                }
+            }
+        }
+}
+
 TEST(NodeQuadtree, InsertingManySurvivesEveryRefusedAllocation)
 {
     const cloud c = clouds(60, 2)[0];

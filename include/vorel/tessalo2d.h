@@ -542,8 +542,8 @@ VOREL_API int mesh_struct_T3(dense2D<double>& coords, const dense1D<unsigned, 8>
 
 /// Extends a field over the interior nodes of a structured patch of n x m cells, from its values on
 /// the boundary: the companion of `mesh_struct_Q4` and `mesh_struct_T3`, called with the same list
-/// and count it gives one entry for each node that they append, in their order. A node gets the mean
-/// of the interpolation between the left and right sides and the one between bottom and top.
+/// and count it gives one entry for each node that they append, in their order. A node gets the
+/// mean of the interpolation between left and right sides and the one between bottom and top.
 ///
 /// ids      the nodes around the patch, closed: bottom, right, top (backward) and left (downward)
 ///          side, the first node again at the end; 2(n + m) + 1 IDs below the length of the field
@@ -788,16 +788,14 @@ VOREL_API int parametric_curvatures(const dense2D<double>& uvs, const dense2D<un
 /// coords         3 x N
 /// connect        3 x E, IDs below N
 /// neighbors      3 x E: entry (k, e) is the triangle across the edge of e opposite its node k.
-/// Only
-///                the columns are checked; an entry that names no triangle is no neighbour
+///                Only the columns are checked; an entry that names no triangle is no neighbour
 /// radius         of a patch, in units of `coords`; its sign is lost. With 0 or NaN patches are
 ///                single triangles and the values 0
-/// max_angle      in radians; pi or more, or NaN, switches the test off
+/// max_angle      in radians, of which the cosine counts; pi, or NaN, switches the test off
 /// max_triangles  growth of a patch ends when it has that many; it may have two more
 /// ridges         2 x R edges that a patch may not cross, IDs below N; may be empty
 /// curvatures     replaced: 8 x N. Rows 0 to 2 and 3 to 5 are the directions, unit vectors; row 6
-/// is
-///                the eigenvalue of largest magnitude, row 7 the second. Edges add up along
+///                is the eigenvalue of largest magnitude, row 7 the second. Edges add up along
 ///                themselves, so the first direction runs along the sharp edges, across the
 ///                strongest bending. Convex surfaces with outward normals have negative values. A
 ///                second value below a thousandth of the first has no direction of its own: it gets
@@ -823,11 +821,10 @@ VOREL_API int principal_curvatures(const dense2D<double>& coords, const dense2D<
 ///              one for |normal_size| * h
 /// metrics      grows: 6 x M, rows m00, m01, m11, m02, m12, m22. M is the larger of its present
 ///              column count and the largest ID of `connect` plus 1 (an empty `connect` counts as
-///              the ID 0); new columns start at zero, which constrains nothing. The columns of
-///              other nodes keep their values
+///              the ID 0); new columns start at zero, which constrains nothing. The columns of other
+///              nodes keep their values
 /// returns      0; -1 rows of `coords`; -2 rows or IDs of `connect`; -4 rows of `metrics`; -199,
-/// with
-///              nothing changed
+///              with nothing changed
 ///
 /// Edges of zero or infinite length do not count. A triangle is left at its first node without an
 /// edge that counts. O(E), three intersections a triangle; 12 bytes a node besides the result.

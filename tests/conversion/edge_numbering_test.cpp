@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <map>
 #include <optional>
+#include <set>
 
 using namespace vorel;
 using tessalo2d::edge_numbering;
@@ -140,14 +141,16 @@ TEST(EdgeNumbering, EqualsAMapAroundAHub)
 
 TEST(EdgeNumbering, AFewElementsOfManyNodesAskForNoWordANode)
 {
-    const dense2D<unsigned> prepared{{3999999999u, 0, 5}};
-    const std::size_t before = support::allocations();
-    edge_numbering numbering(4000000000u, 1, 4, 1, prepared);
-    // The first buckets of the table.
-    EXPECT_EQ(support::allocations() - before, 1u);
-    EXPECT_EQ(numbering.meet(0, 3999999999u).first, 5u);
-    EXPECT_EQ(numbering.meet(1, 3999999999u).first, 4000000000u);
-    EXPECT_TRUE(numbering.meet(3999999999u, 1).reversed);
+    for (const unsigned nodes : {10000u, 4000000000u}) {
+        const dense2D<unsigned> prepared{{nodes - 1, 0, 5}};
+        const std::size_t before = support::allocations();
+        edge_numbering numbering(nodes, 1, 4, 1, prepared);
+        // The first buckets of the table.
+        EXPECT_EQ(support::allocations() - before, 1u);
+        EXPECT_EQ(numbering.meet(0, nodes - 1).first, 5u);
+        EXPECT_EQ(numbering.meet(1, nodes - 1).first, nodes);
+        EXPECT_TRUE(numbering.meet(nodes - 1, 1).reversed);
+    }
 }
 
 TEST(EdgeNumbering, EqualsAMapWithTheTableAlone)
@@ -200,6 +203,12 @@ TEST(EdgeNumbering, APreparedEdgeWithoutStorageChangesNoOther)
     for (unsigned j = 0; j < prepared.cols; ++j) {
         const unsigned first = numbering.find_refused(1000, j).first;
         EXPECT_TRUE(first == j || first == UNSET_ID) << j;
+    }
+    // Nor does a new one take the nodes of another.
+    std::set<unsigned> given;
+    for (unsigned j = 100; j < 200; ++j) {
+        const unsigned first = numbering.meet(j, 1000).first;
+        EXPECT_TRUE(first == UNSET_ID || (first >= 4000000000u && given.insert(first).second)) << j;
     }
 }
 

@@ -444,8 +444,8 @@ TEST(MetricsStruct, SizesSurviveARefusedAllocationUnchanged)
 
 TEST(MetricsStruct, MoreNodesThanIDsAreOutOfMemory)
 {
-    // 70000 x 70000 cells have more than 2^32 interior nodes. Address space for all of them, so that
-    // it is not the storage that is refused; nothing of it may be touched.
+    // 70000 x 70000 cells have more than 2^32 interior nodes. There is address space for all of
+    // them, so that it is not the storage that is refused; nothing of it may be touched.
     const std::size_t n = 70000;
     const std::size_t room = n * n;
     void* const space = mmap(nullptr, room * sizeof(double), PROT_READ | PROT_WRITE,

@@ -1,0 +1,39 @@
+// What the tests of the order conversion share: a small mesh, and a call with its outputs.
+#pragma once
+
+#include "support/matrices.h"
+
+namespace support {
+
+inline vorel::dense2D<double> square()
+{
+    return {{0, 0}, {2, 0}, {2, 2}, {0, 2}};
+}
+
+/// Two triangles over the square, with the common edge 0-2.
+inline vorel::dense2D<unsigned> two_triangles()
+{
+    return {{0, 1, 2}, {2, 3, 0}};
+}
+
+struct outcome {
+    int status = 1;
+    vorel::dense2D<double> coords;
+    vorel::dense2D<unsigned> connect;
+};
+
+/// The conversion of a copy, with a, b and c new nodes on an edge, in a quadrilateral and in a
+/// triangle.
+inline outcome converted(const vorel::dense2D<double>& coords,
+                         const vorel::dense2D<unsigned>& connect, unsigned a, unsigned b,
+                         unsigned c,
+                         const vorel::dense2D<unsigned>& edges = vorel::dense2D<unsigned>())
+{
+    outcome to;
+    to.coords = copy_of(coords);
+    to.status =
+        vorel::tessalo2d::convert_into_high_order(to.coords, connect, a, b, c, to.connect, edges);
+    return to;
+}
+
+} // namespace support

@@ -4,7 +4,7 @@
 // with nothing else in mind. Only in a group that has some the columns are told apart, and only
 // those are converted, without a branch on which corners they are.
 #include "foundation/status.h"
-#include "structured/lanes.h"
+#include "structured/ID_lanes.h"
 
 #include <vorel/tessalo2d.h>
 
@@ -62,16 +62,16 @@ bool convert_column(unsigned* column)
 }
 
 /// One lane for each corner: all ones if it equals the next one.
-lanes equal_corners(const unsigned* column)
+ID_lanes equal_corners(const unsigned* column)
 {
-    const lanes corners = load_lanes(column);
+    const ID_lanes corners = load_lanes(column);
     return equal_lanes(corners, __builtin_shufflevector(corners, corners, 1, 2, 3, 0));
 }
 
 /// True if any of the columns has two equal adjacent corners.
 bool have_equal_corners(const unsigned* column, std::size_t ld, std::size_t count)
 {
-    lanes equal = {};
+    ID_lanes equal = {};
     for (std::size_t k = 0; k < count; ++k) equal |= equal_corners(column + k * ld);
     return any_lane(equal);
 }

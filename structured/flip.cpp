@@ -1,7 +1,7 @@
 // Reversal of orientation: an exchange of rows in every column. Corners 0 and 2 change places, and
 // the nodes on edges follow.
 #include "foundation/status.h"
-#include "structured/lanes.h"
+#include "structured/ID_lanes.h"
 
 #include <vorel/tessalo2d.h>
 
@@ -63,22 +63,22 @@ void exchange_rows(dense2D<unsigned>& connect)
 /// kinds may change from column to column, so both exchanges are made and one is picked.
 void exchange_mixed_quadratic(dense2D<unsigned>& connect)
 {
-    constexpr lanes UNSET = {UNSET_ID, UNSET_ID, UNSET_ID, UNSET_ID};
-    constexpr lanes LANE_1 = {0, UNSET_ID, 0, 0};
-    constexpr lanes LANE_3 = {0, 0, 0, UNSET_ID};
+    constexpr ID_lanes UNSET = {UNSET_ID, UNSET_ID, UNSET_ID, UNSET_ID};
+    constexpr ID_lanes LANE_1 = {0, UNSET_ID, 0, 0};
+    constexpr ID_lanes LANE_3 = {0, 0, 0, UNSET_ID};
     unsigned* column = connect.block->data + connect.offset;
     const std::size_t ld = connect.ld;
     const std::size_t cols = connect.cols;
     for (std::size_t j = 0; j < cols; ++j, column += ld) {
-        const lanes low = load_lanes(column);
-        const lanes high = load_lanes(column + 4);
-        const lanes unset = equal_lanes(high, UNSET);
-        const lanes triangle = __builtin_shufflevector(unset, unset, 2, 2, 2, 2);
-        const lanes row3 = __builtin_shufflevector(low, low, 3, 3, 3, 3);
-        const lanes row5 = __builtin_shufflevector(high, high, 1, 1, 1, 1);
-        const lanes quad_low = __builtin_shufflevector(low, low, 2, 1, 0, 3);
-        const lanes quad_high = __builtin_shufflevector(high, high, 1, 0, 3, 2);
-        const lanes triangle_high = pick_lanes(LANE_1, row3, high);
+        const ID_lanes low = load_lanes(column);
+        const ID_lanes high = load_lanes(column + 4);
+        const ID_lanes unset = equal_lanes(high, UNSET);
+        const ID_lanes triangle = __builtin_shufflevector(unset, unset, 2, 2, 2, 2);
+        const ID_lanes row3 = __builtin_shufflevector(low, low, 3, 3, 3, 3);
+        const ID_lanes row5 = __builtin_shufflevector(high, high, 1, 1, 1, 1);
+        const ID_lanes quad_low = __builtin_shufflevector(low, low, 2, 1, 0, 3);
+        const ID_lanes quad_high = __builtin_shufflevector(high, high, 1, 0, 3, 2);
+        const ID_lanes triangle_high = pick_lanes(LANE_1, row3, high);
         store_lanes(pick_lanes(triangle & LANE_3, row5, quad_low), column);
         store_lanes(pick_lanes(triangle, triangle_high, quad_high), column + 4);
     }

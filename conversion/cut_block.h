@@ -5,8 +5,8 @@
 
 namespace vorel::tessalo2d {
 
-/// A triangle's quality in single precision, and the product that it was divided by. Of a and b
-/// the third side follows.
+/// A triangle's quality in single precision, and the product of lengths that its area was divided
+/// by.
 struct estimate {
     float quality;
     float product;

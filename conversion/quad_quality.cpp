@@ -1,7 +1,7 @@
 // The measures that a quadrilateral is judged by.
 #include "conversion/quad_quality.h"
 
-#include "conversion/corner_angles.h"
+#include "measures/corner_angles.h"
 
 #include <algorithm>
 #include <cmath>

@@ -44,29 +44,29 @@ inline constexpr restored_rows TWO = restored_rows::TWO;
 // failure, and that most rotations take any pattern.
 //
 // clang-format off
-//                                                     element  coords   connect  h0  h1  pattern   output       widens  fewest  restored
-//                                                              rows                                rows, code           layers  rows
+//                          element coords reported argument    output    widens fewest restored
+//                                   rows   connect h0 h1 pattern rows code       layers rows
 inline constexpr extrusion_contract
-    TRANSLATE_Q4_PLANE_FIXED /* V of 2            */  {Q4,      2,       2,       0,  0,  0,        4, 5,        false,  0,      ENTRY},
-    TRANSLATE_Q4_PLANE_SIZED /* V of 2, h0, h1    */  {Q4,      2,       2,       4,  5,  0,        4, 7,        false,  1,      ENTRY},
-    TRANSLATE_Q4_SPACE_FIXED /* V of 3            */  {Q4,      3,       2,       0,  0,  0,        4, 5,        true,   0,      ENTRY},
-    TRANSLATE_Q4_SPACE_SIZED /* V of 3, h0, h1    */  {Q4,      3,       2,       4,  5,  0,        4, 7,        true,   1,      ENTRY},
-    TRANSLATE_T3_PLANE_FIXED /* V of 2            */  {T3,      2,       2,       0,  0,  5,        3, 6,        false,  0,      ENTRY},
-    TRANSLATE_T3_PLANE_SIZED /* V of 2, h0, h1    */  {T3,      2,       2,       4,  5,  6,        3, 8,        true,   1,      ENTRY},
-    TRANSLATE_T3_SPACE_FIXED /* V of 3            */  {T3,      3,       2,       0,  0,  5,        3, 6,        true,   0,      ENTRY},
-    TRANSLATE_T3_SPACE_SIZED /* V of 3, h0, h1    */  {T3,      3,       2,       4,  5,  6,        3, 8,        true,   1,      ENTRY},
+    TRANSLATE_Q4_PLANE_FIXED{Q4,     2,     2,      0, 0, 0,      4,  5,       false, 0,     ENTRY},
+    TRANSLATE_Q4_PLANE_SIZED{Q4,     2,     2,      4, 5, 0,      4,  7,       false, 1,     ENTRY},
+    TRANSLATE_Q4_SPACE_FIXED{Q4,     3,     2,      0, 0, 0,      4,  5,       true,  0,     ENTRY},
+    TRANSLATE_Q4_SPACE_SIZED{Q4,     3,     2,      4, 5, 0,      4,  7,       true,  1,     ENTRY},
+    TRANSLATE_T3_PLANE_FIXED{T3,     2,     2,      0, 0, 5,      3,  6,       false, 0,     ENTRY},
+    TRANSLATE_T3_PLANE_SIZED{T3,     2,     2,      4, 5, 6,      3,  8,       true,  1,     ENTRY},
+    TRANSLATE_T3_SPACE_FIXED{T3,     3,     2,      0, 0, 5,      3,  6,       true,  0,     ENTRY},
+    TRANSLATE_T3_SPACE_SIZED{T3,     3,     2,      4, 5, 6,      3,  8,       true,  1,     ENTRY},
 
-    ROTATE_Q4_PLANE_FIXED    /* angle             */  {Q4,      3,       2,       0,  0,  0,        4, 6,        false,  0,      TWO  },
-    ROTATE_Q4_PLANE_SIZED    /* angle, h0, h1     */  {Q4,      3,       2,       5,  6,  0,        4, 8,        false,  1,      ENTRY},
-    ROTATE_Q4_SPACE_FIXED    /* rotation          */  {Q4,      3,       2,       0,  0,  0,        3, 3,        true,   0,      ENTRY},
-    ROTATE_Q4_SPACE_SIZED    /* rotation, h0, h1  */  {Q4,      3,       2,       5,  6,  0,        3, 8,        true,   1,      ENTRY},
-    ROTATE_T3_PLANE_FIXED    /* angle             */  {T3,      3,       2,       0,  0,  0,        3, 7,        false,  0,      TWO  },
-    ROTATE_T3_PLANE_SIZED    /* angle, h0, h1     */  {T3,      3,       2,       5,  6,  7,        3, 9,        false,  1,      TWO  },
-    ROTATE_T3_SPACE_FIXED    /* rotation          */  {T3,      3,       2,       0,  0,  0,        3, 7,        true,   0,      ENTRY},
-    ROTATE_T3_SPACE_SIZED    /* rotation, h0, h1  */  {T3,      3,       1,       5,  6,  0,        3, 9,        true,   1,      ENTRY},
+    ROTATE_Q4_PLANE_FIXED   {Q4,     3,     2,      0, 0, 0,      4,  6,       false, 0,     TWO},
+    ROTATE_Q4_PLANE_SIZED   {Q4,     3,     2,      5, 6, 0,      4,  8,       false, 1,     ENTRY},
+    ROTATE_Q4_SPACE_FIXED   {Q4,     3,     2,      0, 0, 0,      3,  3,       true,  0,     ENTRY},
+    ROTATE_Q4_SPACE_SIZED   {Q4,     3,     2,      5, 6, 0,      3,  8,       true,  1,     ENTRY},
+    ROTATE_T3_PLANE_FIXED   {T3,     3,     2,      0, 0, 0,      3,  7,       false, 0,     TWO},
+    ROTATE_T3_PLANE_SIZED   {T3,     3,     2,      5, 6, 7,      3,  9,       false, 1,     TWO},
+    ROTATE_T3_SPACE_FIXED   {T3,     3,     2,      0, 0, 0,      3,  7,       true,  0,     ENTRY},
+    ROTATE_T3_SPACE_SIZED   {T3,     3,     1,      5, 6, 0,      3,  9,       true,  1,     ENTRY},
 
-    SPIRAL_Q4                /* h0, h1            */  {Q4,      3,       2,       6,  7,  0,        4, 9,        false,  0,      TWO  },
-    SPIRAL_T3                /* h0, h1            */  {T3,      3,       2,       6,  4,  0,        3, 10,       false,  0,      TWO  };
+    SPIRAL_Q4               {Q4,     3,     2,      6, 7, 0,      4,  9,       false, 0,     TWO},
+    SPIRAL_T3               {T3,     3,     2,      6, 4, 0,      3,  10,      false, 0,     TWO};
 // clang-format on
 
 } // namespace contracts

@@ -3,11 +3,40 @@
 #include <vorel/vector_num.h>
 
 #include <cstdlib>
+#if defined(__linux__)
+#include <sys/mman.h>
+#endif
 
 namespace vorel {
 
+namespace {
+
+#if defined(__linux__)
+
+/// Large blocks are aligned to large pages and the system is asked for such: to be given a small
+/// page at the first touch costs more than most functions spend on what they write there.
+constexpr std::size_t LARGE_PAGE = std::size_t(1) << 21;
+constexpr std::size_t LARGE_BLOCK = 2 * LARGE_PAGE;
+
+void* allocate_large(std::size_t bytes) noexcept
+{
+    if (bytes > std::numeric_limits<std::size_t>::max() - LARGE_PAGE) return nullptr;
+    const std::size_t whole_pages = (bytes + LARGE_PAGE - 1) / LARGE_PAGE * LARGE_PAGE;
+    void* const memory = std::aligned_alloc(LARGE_PAGE, whole_pages);
+    // An advice only: without large pages the memory serves as well.
+    if (memory) (void)madvise(memory, whole_pages, MADV_HUGEPAGE);
+    return memory;
+}
+
+#endif
+
+} // namespace
+
 void* __vector_num_alloc(std::size_t bytes) noexcept
 {
+#if defined(__linux__)
+    if (bytes >= LARGE_BLOCK) return allocate_large(bytes);
+#endif
     return std::malloc(bytes);
 }
 

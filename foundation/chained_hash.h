@@ -177,6 +177,11 @@ private:
         return rest >= bucket_count ? rest - bucket_count : rest;
     }
 
+    void prefetch(std::size_t hash) const
+    {
+        __builtin_prefetch(block->data + offset + bucket_of(hash), 1);
+    }
+
     __extension__ using wide = unsigned __int128;
 
     /// Whole part of 2^64 / bucket_count.
@@ -218,7 +223,15 @@ bool chained_hash<Key>::rehash(std::size_t buckets)
     chained_hash fresh;
     if (!fresh.init(buckets, buckets) || fresh.bucket_count != buckets) return false;
     const std::size_t old_count = count;
-    if (old_count != 0) for_each([&](slot& s) { (void)fresh.find_or_insert(s.first); });
+    if (old_count != 0) {
+        // The heads that keys go to lie anywhere: they are called for ahead of their use.
+        constexpr std::size_t AHEAD = 8;
+        const slot* const slots = block->data + offset;
+        for (std::size_t i = 0; i < size; ++i) {
+            if (i + AHEAD < size) fresh.prefetch(policy::hash(slots[i + AHEAD].first));
+            if (slots[i].second == generation) (void)fresh.find_or_insert(slots[i].first);
+        }
+    }
     *this = fresh;
     return count == old_count;
 }

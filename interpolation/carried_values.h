@@ -6,6 +6,7 @@
 //   bool keeps(node)              the node's present value is to stay
 //   bool in_triangle(column, uv)  the value at weights (u, v); false when it is refused
 //   bool in_quad(column, xi_eta)  likewise in the square from -1 to 1
+//   void prefetch(node)           the node's value is likely to be read soon
 //   void copy(node)               takes a node's value as it stands
 //   void store(node)              writes the value taken last
 // and FILLS_TREE, whether its engines put nodes into the search tree.
@@ -52,6 +53,7 @@ public:
         value = interpolate_bilinear(xi_eta, f[n[0]], f[n[1]], f[n[2]], f[n[3]]);
         return true;
     }
+    void prefetch(unsigned node) const { __builtin_prefetch(f + node); }
     void copy(unsigned node) { value = f[node]; }
     void store(unsigned node) { f[node] = value; }
 
@@ -92,6 +94,7 @@ public:
             values[i] = interpolate_bilinear(xi_eta, f0[i], f1[i], f2[i], f3[i]);
         return true;
     }
+    void prefetch(unsigned node) const { __builtin_prefetch(f + node * ld); }
     void copy(unsigned node)
     {
         for (std::size_t i = 0; i < rows; ++i) values[i] = f[node * ld + i];

@@ -131,17 +131,23 @@ bool node_quadtree::append_cells(std::size_t n)
 bool node_quadtree::scan_leaf(const unsigned* leaf, node_search& search,
                               const node_filter& filter) const
 {
-    bool fell = false;
-    for (unsigned row = 1; row <= leaf[0]; ++row) {
+    const double* const points = coords.column(0);
+    const std::size_t ld = coords.ld;
+    const unsigned held = leaf[0];
+    unsigned best = search.best;
+    double distance2 = search.distance2;
+    for (unsigned row = 1; row <= held; ++row) {
         const unsigned id = leaf[row];
         if (id == search.best || !filter.passes(id)) continue;
-        const double d = squared_length(node(id) - search.point);
-        if (d < search.distance2) {
-            search.distance2 = d;
-            search.best = id;
-            fell = true;
-        }
+        const double d = squared_length(load<2>(points + id * ld) - search.point);
+        // Selected, not branched on: which node is nearer is anybody's guess.
+        const bool nearer = d < distance2;
+        distance2 = nearer ? d : distance2;
+        best = nearer ? id : best;
     }
+    const bool fell = distance2 < search.distance2;
+    search.best = best;
+    search.distance2 = distance2;
     return fell;
 }
 

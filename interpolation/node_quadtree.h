@@ -67,6 +67,8 @@ struct shortcut {
 struct node_quadtree {
     static constexpr unsigned ROOT_LEVEL = 32;
     static constexpr double LARGEST = 1.7976931348623157e308;
+    /// The most points of one call of `approximate_nodes`.
+    static constexpr unsigned BLOCK = 32;
 
     /// An empty tree over the first two rows of `coords_`, without cells: `set_box` makes it
     /// usable.
@@ -96,17 +98,14 @@ struct node_quadtree {
     /// integer coordinates, nor one that no cells can be had for.
     bool insert_node(unsigned id);
 
-    /// As `insert_node` for each ID of the list in its order, into an empty tree; returns how many
-    /// were stored. The tree has the same cells, but they are numbered along a space-filling curve.
-    /// O(n log n), 32 bytes a node for the time of the call.
+    /// As `insert_node` for each ID of the list in its order; returns how many were stored. In an
+    /// empty tree the cells are the same, but numbered along a space-filling curve. O(n log n), 32
+    /// bytes a node for the time of the call.
     std::size_t insert_nodes(const dense1D<unsigned, 8>& ids);
 
     /// A node near the point, not always the nearest, or `UNSET_ID`. Points outside the box have
     /// none, however near.
     unsigned approximate_node(const vec2& point, const node_filter& filter) const;
-
-    /// The most points of one call below.
-    static constexpr unsigned BLOCK = 32;
 
     /// As `approximate_node` for each of up to `BLOCK` points. They descend side by side, so that
     /// their cache misses overlap.

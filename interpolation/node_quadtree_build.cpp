@@ -149,7 +149,8 @@ std::size_t node_quadtree::insert_nodes(const dense1D<unsigned, 8>& ids)
         for (std::size_t k = 0; k < ids.size; ++k) stored += insert_node(ids[k]);
         return stored;
     };
-    if (ids.size < 4 || ids.size >= UNSET_ID || cells.cols == 0) return one_by_one();
+    const bool empty = count == 0 && cells.cols == 4;
+    if (!empty || ids.size < 4 || ids.size >= UNSET_ID) return one_by_one();
     dense1D<curve_node, 8> nodes;
     dense1D<curve_node, 8> other;
     // Sorting is a convenience: without room for it the nodes go in one by one.

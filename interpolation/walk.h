@@ -113,7 +113,7 @@ int side_outside(const background_mesh& mesh, const vec2& point, const unsigned*
 /// Draws 0 to 3 to sides: a triangle's side 0 is drawn twice as often as the others.
 inline unsigned start_side(unsigned drawn, unsigned sides)
 {
-    return drawn < sides ? drawn : drawn % sides;
+    return drawn < sides ? drawn : drawn - sides;
 }
 
 /// Side tests of one point that were made before its walk, in the order in which the walk is
@@ -131,6 +131,12 @@ struct known_tests {
     bool holds(std::size_t step, unsigned element) const
     {
         return step < size && elements[step] == element;
+    }
+    /// The element tested last when the point is inside it, or `UNSET_ID`.
+    unsigned last_inside() const
+    {
+        if (size == 0 || !tests[size - 1].proper || tests[size - 1].outside != 0) return UNSET_ID;
+        return elements[size - 1];
     }
 
     unsigned size = 0;

@@ -1,6 +1,6 @@
 // The smallest and the largest corner angle of each element.
-#include "conversion/corner_angles.h"
 #include "foundation/status.h"
+#include "measures/corner_angles.h"
 
 #include <vorel/tessalo2d.h>
 

@@ -20,8 +20,9 @@ struct circumcircle {
 /// Solves the system with the symmetric matrix of rows (a, b) and (b, c) and right side (r1, r2),
 /// given the reciprocal of its determinant, and improves the solution `passes` times unless it is
 /// good to 1e-12 before.
-[[gnu::always_inline]] inline void solve_2x2_refined(double a, double b, double c, double inv_det, double r1, double r2,
-                              double& x, double& y, unsigned passes)
+[[gnu::always_inline]] inline void solve_2x2_refined(double a, double b, double c, double inv_det,
+                                                     double r1, double r2, double& x, double& y,
+                                                     unsigned passes)
 {
     constexpr double TOLERANCE = 1e-12;
     x = (c * r1 - b * r2) * inv_det;
@@ -44,7 +45,8 @@ struct circumcircle {
 /// In the plane the centre is an offset from the midpoint of the longest side, along its normal. A
 /// triangle without area keeps the midpoint; one with two corners at one place has the circle over
 /// its side.
-[[gnu::always_inline]] inline circumcircle<2> circumcircle_of(const vec2& p0, const vec2& p1, const vec2& p2)
+[[gnu::always_inline]] inline circumcircle<2> circumcircle_of(const vec2& p0, const vec2& p1,
+                                                              const vec2& p2)
 {
     // The longest side e with the corner `apex` opposite, the first one of equals.
     vec2 e = p2 - p1;
@@ -83,7 +85,8 @@ struct circumcircle {
 /// In space the centre comes from the two sides at the third corner, or at the first corner when
 /// the side opposite the third is the shortest: the longer sides, whose directions are known best.
 /// A triangle without area gets its third corner.
-[[gnu::always_inline]] inline circumcircle<3> circumcircle_of(const vec3& A, const vec3& B, const vec3& C)
+[[gnu::always_inline]] inline circumcircle<3> circumcircle_of(const vec3& A, const vec3& B,
+                                                              const vec3& C)
 {
     const vec3 e = B - A;
     const double ee = squared_length(e);

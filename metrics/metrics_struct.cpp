@@ -1,5 +1,5 @@
-// Sizes and metrics for the interior nodes of a structured patch, from those on its boundary: in the
-// mean between the interpolation across the patch and the one along it.
+// Sizes and metrics for the interior nodes of a structured patch, from those on its boundary: the
+// mean of what is interpolated across the patch and along it.
 #include "foundation/status.h"
 #include "metrics/metric_pair.h"
 #include "metrics/sizes.h"

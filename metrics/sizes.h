@@ -74,12 +74,12 @@ template <std::size_t D>
 inline double size_between(double t, double first, double second)
 {
     const double size = (second - first) * t + first;
-    return (first > 0.0) & (second > 0.0) ? size : 0.0;
+    const bool positive = (first > 0.0) & (second > 0.0);
+    return positive ? size : 0.0;
 }
 
-/// As above for any `t`, also outside. Within the end tolerance of an end the size there is stored as it is. False when the result is
-/// not above 0 and below the largest double, or when, off the ends, one of the two is not above 0:
-/// 0 is then stored.
+/// As above for any `t`, also outside. Within the end tolerance of an end the size there is stored
+/// as it is. False when the result is not above 0 and below the largest double.
 [[nodiscard]] bool interpolate_size_pair(double t, double first, double second, double& size);
 
 /// The size at the weights u of entry `a`, v of entry `b` and 1 - u - v of entry `c`. On an edge it

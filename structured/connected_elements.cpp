@@ -5,6 +5,7 @@
 // the memory is busy with all of them. What the batch can't finish, a node on the boundary above
 // all, is done again by the walk and the flood for a single node.
 #include "foundation/status.h"
+#include "structured/node_fan.h"
 
 #include <vorel/tessalo2d.h>
 
@@ -14,50 +15,6 @@
 namespace vorel::tessalo2d {
 
 namespace {
-
-constexpr unsigned ABSENT = 0xFFFFFFFFu;
-
-/// The two local edges of an element that touch a node.
-struct sides {
-    /// The one that the element runs into the node: the walk leaves across it.
-    unsigned into;
-    unsigned out_of;
-};
-
-/// Storage of triangles only.
-struct T3_form {
-    /// First position of the node, or ABSENT.
-    static unsigned position(const unsigned* column, unsigned node)
-    {
-        unsigned k = column[2] == node ? 2 : ABSENT;
-        k = column[1] == node ? 1 : k;
-        return column[0] == node ? 0 : k;
-    }
-
-    static sides at(const unsigned*, unsigned k)
-    {
-        return {k == 2 ? 0 : k + 1, k == 0 ? 2 : k - 1};
-    }
-};
-
-/// Storage of quadrilaterals with triangles among them.
-struct mixed_form {
-    /// Row 3 of a triangle holds no node's ID, so all rows can be compared.
-    static unsigned position(const unsigned* column, unsigned node)
-    {
-        unsigned k = column[3] == node ? 3 : ABSENT;
-        k = column[2] == node ? 2 : k;
-        k = column[1] == node ? 1 : k;
-        return column[0] == node ? 0 : k;
-    }
-
-    static sides at(const unsigned* column, unsigned k)
-    {
-        const sides triangle = T3_form::at(column, k);
-        const bool is_triangle = column[3] == UNSET_ID;
-        return {is_triangle ? triangle.into : (k - 1u) & 3u, is_triangle ? triangle.out_of : k};
-    }
-};
 
 /// A set of elements that is emptied in no time: an element is in it if its entry is the present
 /// stamp.
@@ -88,27 +45,11 @@ private:
     unsigned stamp = UNSET_ID;
 };
 
-/// Reads the mesh; knows how to go from element to element around a node.
-template <class Form>
-struct fan_reader {
-    const unsigned* column(unsigned e) const { return columns + e * column_ld; }
-    const unsigned* across(unsigned e) const { return adjacency + e * adjacency_ld; }
-
-    bool is_element(unsigned e) const { return e < elements; }
-
-    const unsigned* columns;
-    std::size_t column_ld;
-    const unsigned* adjacency;
-    std::size_t adjacency_ld;
-    /// Number of elements that an ID can name.
-    std::size_t elements;
-};
-
 /// The fan of one node at a time.
 template <class Form>
 class single_walk {
 public:
-    single_walk(const fan_reader<Form>& reader, stamped_set& marks) : mesh(reader), marked(marks) {}
+    single_walk(const fan_mesh<Form>& reader, stamped_set& marks) : mesh(reader), marked(marks) {}
 
     /// Fills `ring` with the elements around the node in the direction of the walk. False when an
     /// element on the way does not hold the node; `ring` has what was met until then.
@@ -137,9 +78,9 @@ private:
             // More steps than elements: a circle that the start is not on.
             if (ring.size() == mesh.elements) return false;
             ring.push_back(e);
-            const unsigned k = Form::position(mesh.column(e), node);
-            if (k == ABSENT) return false;
-            e = mesh.across(e)[Form::at(mesh.column(e), k).into];
+            const unsigned side = mesh.sides(e, node).into;
+            if (side == node_side_table::NONE) return false;
+            e = mesh.across(e, side);
             closed = mesh.is_element(e);
         } while (closed && e != start);
         return true;
@@ -156,12 +97,11 @@ private:
         while (!stack.empty()) {
             const unsigned e = stack.back();
             stack.pop_back();
-            const unsigned k = Form::position(mesh.column(e), node);
-            if (k == ABSENT) return false;
+            const node_sides sides = mesh.sides(e, node);
+            if (sides.into == node_side_table::NONE) return false;
             ring.push_back(e);
-            const sides touching = Form::at(mesh.column(e), k);
-            push(mesh.across(e)[touching.out_of]);
-            push(mesh.across(e)[touching.into]);
+            push(mesh.across(e, sides.out_of));
+            push(mesh.across(e, sides.into));
         }
         return true;
     }
@@ -171,7 +111,7 @@ private:
         if (mesh.is_element(e) && marked.insert(e)) stack.push_back(e);
     }
 
-    const fan_reader<Form>& mesh;
+    const fan_mesh<Form>& mesh;
     stamped_set& marked;
     std::vector<unsigned> stack;
 };
@@ -180,11 +120,11 @@ private:
 template <class Form>
 class batched_walk {
 public:
-    static constexpr std::size_t NODES = 16;
+    static constexpr std::size_t NODES = 32;
     /// Longer fans are left to the single walk.
     static constexpr std::size_t LONGEST = 16;
 
-    explicit batched_walk(const fan_reader<Form>& reader) : mesh(reader) {}
+    explicit batched_walk(const fan_mesh<Form>& reader) : mesh(reader) {}
 
     /// Walks around the nodes `first` up to `first + count` from the elements that `starts` lists.
     void run(unsigned first, std::size_t count, const unsigned* starts)
@@ -194,10 +134,11 @@ public:
         for (unsigned w = 0; w < count; ++w) {
             start[w] = starts[w];
             size[w] = 0;
-            closed[w] = false;
             present[w] = start[w];
             active[running] = w;
-            running += mesh.is_element(start[w]);
+            const bool runs = mesh.is_element(start[w]);
+            if (runs) mesh.fetch(start[w]);
+            running += runs;
         }
         for (std::size_t length = 0; running != 0 && length < LONGEST; ++length) {
             std::size_t remaining = 0;
@@ -213,7 +154,7 @@ public:
     /// The fan of walk `w` if it has come back to its start.
     const unsigned* ring(std::size_t w) const { return rings[w]; }
     unsigned start_of(std::size_t w) const { return start[w]; }
-    bool is_closed(std::size_t w) const { return closed[w]; }
+    bool is_closed(std::size_t w) const { return size[w] != 0 && present[w] == start[w]; }
     std::size_t ring_size(std::size_t w) const { return size[w]; }
 
 private:
@@ -223,25 +164,19 @@ private:
         const unsigned e = present[w];
         rings[w][length] = e;
         size[w] = static_cast<unsigned>(length) + 1;
-        const unsigned* const column = mesh.column(e);
-        const unsigned k = Form::position(column, node);
-        const bool found = k != ABSENT;
-        const unsigned side = found ? Form::at(column, k).into : 0;
-        const unsigned following = mesh.across(e)[side];
-        closed[w] = found & (following == start[w]);
+        const unsigned side = mesh.sides(e, node).into;
+        const bool found = side != node_side_table::NONE;
+        const unsigned following = mesh.across(e, found ? side : 0);
         const bool go_on = found & mesh.is_element(following) & (following != start[w]);
-        const unsigned ahead = go_on ? following : e;
-        present[w] = ahead;
-        __builtin_prefetch(mesh.column(ahead));
-        __builtin_prefetch(mesh.across(ahead));
+        present[w] = found ? following : UNSET_ID;
+        mesh.fetch(go_on ? following : e);
         return go_on;
     }
 
-    const fan_reader<Form>& mesh;
+    const fan_mesh<Form>& mesh;
     unsigned start[NODES];
     unsigned present[NODES];
     unsigned size[NODES];
-    bool closed[NODES];
     unsigned rings[NODES][LONGEST];
 };
 
@@ -264,9 +199,9 @@ void list_fans(const dense2D<unsigned>& connect, const dense2D<unsigned>& neighb
                dense1D<unsigned, 8>& offsets, dense1D<unsigned, 8>& elements)
 {
     const std::size_t nodes = node_element.size;
-    const fan_reader<Form> mesh{connect.block->data + connect.offset, connect.ld,
-                                neighbors.block->data + neighbors.offset, neighbors.ld,
-                                std::min<std::size_t>(connect.cols, UNSET_ID)};
+    const fan_mesh<Form> mesh{connect.block->data + connect.offset, connect.ld,
+                              neighbors.block->data + neighbors.offset, neighbors.ld,
+                              std::min<std::size_t>(connect.cols, UNSET_ID)};
     batched_walk<Form> batch(mesh);
     single_walk<Form> single(mesh, marks);
     constexpr std::size_t NODES = batched_walk<Form>::NODES;
@@ -316,9 +251,9 @@ int get_connected_elements(const dense2D<unsigned>& connect, const dense2D<unsig
         !marks.init(named))
         return out_of_memory;
     if (connect.rows == 3)
-        list_fans<T3_form>(connect, neighbors, node_element, marks, offsets, elements);
+        list_fans<T3_fan>(connect, neighbors, node_element, marks, offsets, elements);
     else
-        list_fans<mixed_form>(connect, neighbors, node_element, marks, offsets, elements);
+        list_fans<mixed_fan>(connect, neighbors, node_element, marks, offsets, elements);
     return success;
 }
 

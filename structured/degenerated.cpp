@@ -1,14 +1,14 @@
 // Quadrilaterals of which two adjacent corners are one node become triangles in the same storage.
 //
 // Few columns of a usual mesh are degenerated. So groups of columns are searched for equal corners
-// with nothing else in mind, and only a group that has some is converted, without a branch on what
-// a column holds.
+// with nothing else in mind. Only in a group that has some the columns are told apart, and only
+// those are converted, without a branch on which corners they are.
 #include "foundation/status.h"
+#include "structured/ID_lanes.h"
 
 #include <vorel/tessalo2d.h>
 
 #include <algorithm>
-#include <cstring>
 
 namespace vorel::tessalo2d {
 
@@ -29,67 +29,70 @@ unsigned pick(unsigned chosen, unsigned a, unsigned b)
     return b ^ ((a ^ b) & chosen);
 }
 
-/// Which pair of adjacent corners is one node: masks, each of which includes those above it. The
-/// first equality in the order of the corners decides. A column with an unset row is a triangle
-/// already and none of them.
-struct collapse {
-    unsigned by_01;
-    unsigned up_to_12;
-    unsigned up_to_23;
-    unsigned any;
-};
-
-template <std::size_t ROWS>
-collapse find_collapse(const unsigned* column)
-{
-    bool unset = false;
-    for (std::size_t i = 0; i < ROWS; ++i) unset |= column[i] == UNSET_ID;
-    const unsigned whole = ~mask(unset);
-    collapse found;
-    found.by_01 = mask(column[0] == column[1]) & whole;
-    found.up_to_12 = (mask(column[1] == column[2]) & whole) | found.by_01;
-    found.up_to_23 = (mask(column[2] == column[3]) & whole) | found.up_to_12;
-    found.any = (mask(column[0] == column[3]) & whole) | found.up_to_23;
-    return found;
-}
-
-/// Converts the column if it is degenerated, and says so. With midside nodes the one on the
-/// collapsed edge is dropped and the others get the order of the six-node triangle; a centre node
-/// has no place there.
+/// Converts the column if it is degenerated, and says so. The first equality in the order of the
+/// corners decides; a column with an unset row is a triangle already. With midside nodes the one on
+/// the collapsed edge is dropped and the others get the order of the six-node triangle; a centre
+/// node has no place there.
 template <std::size_t ROWS>
 bool convert_column(unsigned* column)
 {
-    const collapse found = find_collapse<ROWS>(column);
-    const unsigned corner3 = column[3];
-    column[1] = pick(found.by_01, column[2], column[1]);
-    column[2] = pick(found.up_to_12, corner3, column[2]);
-    if constexpr (ROWS == 4) {
-        column[3] = corner3 | found.any;
-    } else {
-        const unsigned mid4 = column[4];
-        const unsigned mid5 = column[5];
-        const unsigned mid6 = column[6];
-        const unsigned mid7 = column[7];
-        column[3] = pick(found.any, pick(found.up_to_12, mid6, mid5), corner3);
-        column[4] = pick(found.any, pick(found.up_to_23, mid7, mid6), mid4);
-        column[5] = pick(found.any, pick(found.by_01, mid5, mid4), mid5);
-        for (std::size_t i = 6; i < ROWS; ++i) column[i] |= found.any;
+    unsigned old[ROWS];
+    unsigned unset = 0;
+    for (std::size_t i = 0; i < ROWS; ++i) {
+        old[i] = column[i];
+        unset |= mask(old[i] == UNSET_ID);
     }
-    return found.any != 0;
+    // Which corners are one node, each mask including those before it.
+    const unsigned by_01 = mask(old[0] == old[1]) & ~unset;
+    const unsigned up_to_12 = (mask(old[1] == old[2]) & ~unset) | by_01;
+    const unsigned up_to_23 = (mask(old[2] == old[3]) & ~unset) | up_to_12;
+    const unsigned any = (mask(old[0] == old[3]) & ~unset) | up_to_23;
+
+    column[1] = pick(by_01, old[2], old[1]);
+    column[2] = pick(up_to_12, old[3], old[2]);
+    if constexpr (ROWS == 4) {
+        column[3] = old[3] | any;
+    } else {
+        column[3] = pick(any, pick(up_to_12, old[6], old[5]), old[3]);
+        column[4] = pick(any, pick(up_to_23, old[7], old[6]), old[4]);
+        column[5] = pick(any, pick(by_01, old[5], old[4]), old[5]);
+        for (std::size_t i = 6; i < ROWS; ++i) column[i] = old[i] | any;
+    }
+    return any != 0;
+}
+
+/// One lane for each corner: all ones if it equals the next one.
+ID_lanes equal_corners(const unsigned* column)
+{
+    const ID_lanes corners = load_lanes(column);
+    return equal_lanes(corners, __builtin_shufflevector(corners, corners, 1, 2, 3, 0));
 }
 
 /// True if any of the columns has two equal adjacent corners.
 bool have_equal_corners(const unsigned* column, std::size_t ld, std::size_t count)
 {
-    using corners = unsigned __attribute__((vector_size(4 * sizeof(unsigned))));
-    corners equal = {};
-    for (std::size_t k = 0; k < count; ++k, column += ld) {
-        corners here;
-        std::memcpy(&here, column, sizeof here);
-        const corners next = __builtin_shufflevector(here, here, 1, 2, 3, 0);
-        equal |= reinterpret_cast<corners>(here == next);
+    ID_lanes equal = {};
+    for (std::size_t k = 0; k < count; ++k) equal |= equal_corners(column + k * ld);
+    return any_lane(equal);
+}
+
+/// Converts the degenerated columns of a group and lists their numbers, counted from `first`.
+template <std::size_t ROWS>
+std::size_t convert_group(unsigned* columns, std::size_t ld, std::size_t count, std::size_t first,
+                          unsigned* converted)
+{
+    unsigned suspects[GROUP];
+    std::size_t suspected = 0;
+    for (std::size_t k = 0; k < count; ++k) {
+        suspects[suspected] = static_cast<unsigned>(k);
+        suspected += any_lane(equal_corners(columns + k * ld));
     }
-    return (equal[0] | equal[1] | equal[2] | equal[3]) != 0;
+    std::size_t size = 0;
+    for (std::size_t s = 0; s < suspected; ++s) {
+        converted[size] = static_cast<unsigned>(first + suspects[s]);
+        size += convert_column<ROWS>(columns + suspects[s] * ld);
+    }
+    return size;
 }
 
 /// Converts all degenerated columns. `record(columns, count)` gets their indices, a few at a time.
@@ -100,14 +103,10 @@ void convert_columns(dense2D<unsigned>& connect, const Record& record)
     const std::size_t ld = connect.ld;
     for (std::size_t j = 0; j < cols; j += GROUP) {
         const std::size_t count = std::min(GROUP, cols - j);
-        unsigned* column = connect.column(j);
-        if (!have_equal_corners(column, ld, count)) continue;
+        unsigned* const columns = connect.column(j);
+        if (!have_equal_corners(columns, ld, count)) continue;
         unsigned converted[GROUP];
-        std::size_t size = 0;
-        for (std::size_t k = 0; k < count; ++k, column += ld) {
-            converted[size] = static_cast<unsigned>(j + k);
-            size += convert_column<ROWS>(column);
-        }
+        const std::size_t size = convert_group<ROWS>(columns, ld, count, j, converted);
         record(converted, size);
     }
 }

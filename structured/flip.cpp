@@ -1,6 +1,7 @@
 // Reversal of orientation: an exchange of rows in every column. Corners 0 and 2 change places, and
 // the nodes on edges follow.
 #include "foundation/status.h"
+#include "structured/ID_lanes.h"
 
 #include <vorel/tessalo2d.h>
 
@@ -59,23 +60,27 @@ void exchange_rows(dense2D<unsigned>& connect)
 }
 
 /// Quadrilaterals of 8 or 9 nodes with six-node triangles among them, which row 6 tells apart. The
-/// kinds may change from column to column, so both exchanges are masked instead of chosen.
+/// kinds may change from column to column, so both exchanges are made and one is picked.
 void exchange_mixed_quadratic(dense2D<unsigned>& connect)
 {
+    constexpr ID_lanes UNSET = {UNSET_ID, UNSET_ID, UNSET_ID, UNSET_ID};
+    constexpr ID_lanes LANE_1 = {0, UNSET_ID, 0, 0};
+    constexpr ID_lanes LANE_3 = {0, 0, 0, UNSET_ID};
     unsigned* column = connect.block->data + connect.offset;
     const std::size_t ld = connect.ld;
     const std::size_t cols = connect.cols;
     for (std::size_t j = 0; j < cols; ++j, column += ld) {
-        const unsigned quad = column[6] == UNSET_ID ? 0u : UNSET_ID;
-        const unsigned swap35 = (column[3] ^ column[5]) & ~quad;
-        const unsigned swap45 = (column[4] ^ column[5]) & quad;
-        const unsigned swap67 = (column[6] ^ column[7]) & quad;
-        std::swap(column[0], column[2]);
-        column[3] ^= swap35;
-        column[4] ^= swap45;
-        column[5] ^= swap35 | swap45;
-        column[6] ^= swap67;
-        column[7] ^= swap67;
+        const ID_lanes low = load_lanes(column);
+        const ID_lanes high = load_lanes(column + 4);
+        const ID_lanes unset = equal_lanes(high, UNSET);
+        const ID_lanes triangle = __builtin_shufflevector(unset, unset, 2, 2, 2, 2);
+        const ID_lanes row3 = __builtin_shufflevector(low, low, 3, 3, 3, 3);
+        const ID_lanes row5 = __builtin_shufflevector(high, high, 1, 1, 1, 1);
+        const ID_lanes quad_low = __builtin_shufflevector(low, low, 2, 1, 0, 3);
+        const ID_lanes quad_high = __builtin_shufflevector(high, high, 1, 0, 3, 2);
+        const ID_lanes triangle_high = pick_lanes(LANE_1, row3, high);
+        store_lanes(pick_lanes(triangle & LANE_3, row5, quad_low), column);
+        store_lanes(pick_lanes(triangle, triangle_high, quad_high), column + 4);
     }
 }
 

@@ -32,6 +32,7 @@ struct stretch {
         for (std::size_t k = 0; k < size; ++k) {
             const std::size_t j = begin + k;
             v[k] = static_cast<double>(j) / static_cast<double>(grid.N);
+            one_less_v[k] = 1.0 - v[k];
             const double* const second_side = points.of(loop[grid.second_side(j)]);
             const double* const fourth_side = points.of(loop[grid.fourth_side(j)]);
             for (int d = 0; d < D; ++d) {
@@ -44,6 +45,7 @@ struct stretch {
     std::size_t begin;
     std::size_t size;
     double v[LONGEST];
+    double one_less_v[LONGEST];
     double second[D][LONGEST];
     double fourth[D][LONGEST];
 };
@@ -74,26 +76,29 @@ struct crossing {
 };
 
 /// The Coons patch at one i over a stretch of j: the sides, less the corners that two sides count
-/// each. The eight terms are added in this order.
+/// each. The eight terms are added in this order. 1 - v and v - 1 differ in the sign only, so that
+/// the corners can be subtracted.
 template <int D>
 void blend(const crossing<D>& at, const stretch<D>& along, double* to, std::size_t ld)
 {
     const double u = at.u;
+    const double one_less_u = 1.0 - u;
     for (std::size_t k = 0; k < along.size; ++k) {
         const double v = along.v[k];
-        const double on_c00 = (v - 1.0) * (1.0 - u);
-        const double on_c10 = (v - 1.0) * u;
-        const double on_c11 = -(v * u);
-        const double on_c01 = -((1.0 - u) * v);
+        const double one_less_v = along.one_less_v[k];
+        const double on_c00 = one_less_v * one_less_u;
+        const double on_c10 = one_less_v * u;
+        const double on_c11 = v * u;
+        const double on_c01 = one_less_u * v;
         for (int d = 0; d < D; ++d) {
-            double sum = (1.0 - v) * at.first[d];
+            double sum = one_less_v * at.first[d];
             sum += u * along.second[d][k];
             sum += v * at.third[d];
-            sum += (1.0 - u) * along.fourth[d][k];
-            sum += on_c00 * at.c00[d];
-            sum += on_c10 * at.c10[d];
-            sum += on_c11 * at.c11[d];
-            sum += on_c01 * at.c01[d];
+            sum += one_less_u * along.fourth[d][k];
+            sum -= on_c00 * at.c00[d];
+            sum -= on_c10 * at.c10[d];
+            sum -= on_c11 * at.c11[d];
+            sum -= on_c01 * at.c01[d];
             to[k * ld + static_cast<std::size_t>(d)] = sum;
         }
     }
@@ -185,15 +190,31 @@ struct T3_cells {
     unsigned alternating;
 };
 
-/// Writes the cells j to j_end - 1 of the strip i, none of which has a boundary node, from `to` on.
+/// Writes `count` cells of the strip i from j = 1 on, none of which has a boundary node.
 template <class Cells>
-void write_inner_cells(const grid_numbering& numbering, std::size_t i, std::size_t j_end,
+void write_inner_cells(const grid_numbering& numbering, std::size_t i, std::size_t count,
                        const Cells& cells, unsigned* to, std::size_t ld)
 {
-    unsigned near = numbering.node(i, 1);
-    unsigned far = numbering.node(i + 1, 1);
-    for (std::size_t j = 1; j < j_end; ++j, ++near, ++far, to += Cells::COLUMNS * ld)
-        cells.write({near, far, far + 1, near + 1}, i + j, to, ld);
+    const unsigned near = numbering.node(i, 1);
+    const unsigned far = numbering.node(i + 1, 1);
+    const auto write = [&](std::size_t k, unsigned* at, std::size_t at_ld) {
+        const unsigned near_k = near + static_cast<unsigned>(k);
+        const unsigned far_k = far + static_cast<unsigned>(k);
+        cells.write({near_k, far_k, far_k + 1, near_k + 1}, i + 1 + k, at, at_ld);
+    };
+    const std::size_t step = Cells::COLUMNS * ld;
+    std::size_t k = 0;
+    if (ld == Cells::ROWS) {
+        // Two cells without gaps, again and again, with numbers that rise by two.
+        constexpr std::size_t ENTRIES = Cells::COLUMNS * Cells::ROWS;
+        unsigned pair[2 * ENTRIES];
+        write(0, pair, Cells::ROWS);
+        write(1, pair + ENTRIES, Cells::ROWS);
+        for (; k + 2 <= count; k += 2, to += 2 * ENTRIES)
+            for (std::size_t entry = 0; entry < 2 * ENTRIES; ++entry)
+                to[entry] = pair[entry] + static_cast<unsigned>(k);
+    }
+    for (; k < count; ++k, to += step) write(k, to, ld);
 }
 
 template <class Cells>
@@ -206,10 +227,7 @@ void write_cells(const grid_numbering& numbering, const Cells& cells, unsigned* 
         const bool inner = i > 0 && i + 1 < M && N > 2;
         const std::size_t resume = inner ? N - 1 : 1;
         cells.write(numbering.around(i, 0), i, to, ld);
-        if (inner && ld == Cells::ROWS)
-            write_inner_cells(numbering, i, resume, cells, to + step, Cells::ROWS);
-        else if (inner)
-            write_inner_cells(numbering, i, resume, cells, to + step, ld);
+        if (inner) write_inner_cells(numbering, i, N - 2, cells, to + step, ld);
         for (std::size_t j = resume; j < N; ++j)
             cells.write(numbering.around(i, j), i + j, to + j * step, ld);
     }

@@ -110,6 +110,7 @@ public:
     bool is_visited(std::size_t e) const { return (word(e) >> shift(e)) & 1u; }
     void set_visited(std::size_t e) { word(e) |= 1u << shift(e); }
 
+    bool is_enqueued(std::size_t e) const { return (word(e) >> shift(e)) & 2u; }
     /// True the first time.
     bool enqueue(std::size_t e)
     {
@@ -155,10 +156,17 @@ public:
     }
 
 private:
+    /// Places in the queue between an element whose surroundings are fetched and the visited one.
+    static constexpr std::size_t AHEAD = 8;
+
     void traverse(std::size_t start)
     {
         push(start);
         while (head != tail) {
+            if (tail - head > 2 * AHEAD) {
+                fetch(adjacency + queue[head + 2 * AHEAD] * adjacency_ld);
+                fetch_around(queue[head + AHEAD]);
+            }
             const std::size_t e = queue[head++];
             marks.set_visited(e);
             const unsigned* const column = columns + e * column_ld;
@@ -170,6 +178,28 @@ private:
                 push(b);
                 if (!go_on) break;
             }
+        }
+    }
+
+    /// A column may lie across two cache lines.
+    [[gnu::always_inline]] static void fetch(const unsigned* column)
+    {
+        __builtin_prefetch(column);
+        __builtin_prefetch(column + Form::ROWS - 1);
+    }
+
+    /// Has the columns brought in that the visit of an element needs. Inlined always: a function
+    /// without an effect that the compiler knows is a function that it drops.
+    [[gnu::always_inline]] void fetch_around(std::size_t e) const
+    {
+        const unsigned* const across = adjacency + e * adjacency_ld;
+        for (std::size_t r = 0; r < Form::ROWS; ++r) {
+            const std::size_t b = across[r];
+            if (b >= elements || marks.is_enqueued(b)) continue;
+            const unsigned* const first = columns + b * column_ld;
+            const unsigned* const side = adjacency + b * adjacency_ld;
+            fetch(first);
+            fetch(side);
         }
     }
 

@@ -118,6 +118,35 @@ void whole(benchmark::State& state, form kind, element_type type, numbering numb
                                              b.field, b.targets, type));
 }
 
+/// A size or a metric that varies over the nodes of the mesh; `rows` 1 is a size.
+dense2D<double> anisotropy(const background& b, std::size_t rows)
+{
+    dense2D<double> m(rows, b.coords.cols, 0.0);
+    for (std::size_t j = 0; j < m.cols; ++j) {
+        const double wave = 0.5 + 0.25 * std::sin(b.coords(0, j) / 10.0);
+        m(0, j) = wave;
+        if (rows > 1) m(1, j) = 0.1;
+        if (rows > 1) m(2, j) = 2.0 - wave;
+        if (rows > 3) m(5, j) = 1.0;
+    }
+    return m;
+}
+
+void metrics(benchmark::State& state, std::size_t rows)
+{
+    const background b =
+        make(form::T3, static_cast<std::size_t>(state.range(0)), numbering::natural, order::random);
+    dense2D<double> m = anisotropy(b, rows);
+    dense1D<double> sizes = m.as_vector();
+    const against_roof watch(state, b.targets.size, latency_roof(b.bytes(), b.targets.size));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(
+            rows == 1 ? interpolate_metrics(b.coords, b.connect, b.neighbors, b.node_element, sizes,
+                                            b.targets, false, ELEMENT_T3)
+                      : interpolate_metrics(b.coords, b.connect, b.neighbors, b.node_element, m,
+                                            b.targets, false, ELEMENT_T3));
+}
+
 void build(benchmark::State& state, numbering number)
 {
     const background b =
@@ -172,6 +201,9 @@ void walk(benchmark::State& state, numbering number, order place)
 constexpr auto NATURAL = numbering::natural;
 constexpr auto SHUFFLED = numbering::shuffled;
 
+BENCHMARK_CAPTURE(metrics, sizes_random_natural, 1)->Apply(element_counts);
+BENCHMARK_CAPTURE(metrics, plane_random_natural, 3)->Apply(element_counts);
+BENCHMARK_CAPTURE(metrics, space_random_natural, 6)->Apply(element_counts);
 BENCHMARK_CAPTURE(build, natural, NATURAL)->Apply(element_counts);
 BENCHMARK_CAPTURE(build, shuffled, SHUFFLED)->Apply(element_counts);
 BENCHMARK_CAPTURE(start, random_natural, NATURAL, order::random)->Apply(element_counts);

@@ -2,7 +2,7 @@
 #include "bench/support/meshes.h"
 #include "bench/support/roof.h"
 
-#include "conversion/corner_angles.h"
+#include "measures/corner_angles.h"
 
 using namespace bench_support;
 using namespace vorel::tessalo2d;

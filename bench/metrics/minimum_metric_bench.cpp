@@ -50,7 +50,7 @@ void minimum_metric_diagonal(benchmark::State& state)
 {
     dense2D<double> field = bench::random_field(6, static_cast<std::size_t>(state.range(0)) + 1);
     for (std::size_t j = 0; j < field.cols; ++j)
-        for (const std::size_t k : {1, 3, 4}) field(k, j) = 0.0;
+        for (const std::size_t k : {1u, 3u, 4u}) field(k, j) = 0.0;
     intersect_columns(state, field);
 }
 BENCHMARK(minimum_metric_diagonal)->Apply(sizes);

@@ -542,8 +542,8 @@ VOREL_API int mesh_struct_T3(dense2D<double>& coords, const dense1D<unsigned, 8>
 
 /// Extends a field over the interior nodes of a structured patch of n x m cells, from its values on
 /// the boundary: the companion of `mesh_struct_Q4` and `mesh_struct_T3`, called with the same list
-/// and count it gives one entry for each node that they append, in their order. A node gets the mean
-/// of the interpolation between the left and right sides and the one between bottom and top.
+/// and count it gives one entry for each node that they append, in their order. A node gets the
+/// mean of the interpolation between left and right sides and the one between bottom and top.
 ///
 /// ids      the nodes around the patch, closed: bottom, right, top (backward) and left (downward)
 ///          side, the first node again at the end; 2(n + m) + 1 IDs below the length of the field
@@ -669,8 +669,8 @@ VOREL_API int get_connected_elements(const dense2D<unsigned>& connect,
 // and `type` is ELEMENT_T3 with 3 rows, ELEMENT_Q4 or ELEMENT_ANY_FACE (mixed) with 4. Any other
 // pair that passes the checks is nothing to do.
 //
-// Each target is located by itself. A quadtree of the nodes that elements use (D. Meagher,
-// Geometric modeling using octree encoding, 1982, in the plane) gives an element near it, and a
+// Each target is located by itself. A quadtree of the nodes that elements use (H. Samet,
+// The quadtree and related hierarchical data structures, 1984) gives an element near it, and a
 // random walk leads from there (O. Devillers, S. Pion, M. Teillaud, Walking in a triangulation,
 // 2002), repeated from all elements around the nearest node when it leaves the mesh. The draws are
 // those of a Mersenne Twister with seed 1 on every call. A point outside an element by less than
@@ -680,9 +680,10 @@ VOREL_API int get_connected_elements(const dense2D<unsigned>& connect,
 //
 // Cost: O(E) for the checks, O(N log N) for the tree, and for each target a descent in the tree and
 // a few steps between elements; at worst E steps from each element around a node, when `neighbors`
-// leads in circles. Memory: 9 bytes for each node ID in use and 4 cells of 16 bytes for about three
-// nodes, and while the tree is built 32 bytes a node. When the tree has no memory, no target is
-// served.
+// leads in circles. Memory: 1 byte for each node ID up to the largest in use, 4 bytes for each node
+// in use, and the tree: about 15 bytes for each of nodes that are spread evenly, up to 512 where
+// four and more nearly coincide. While it is built 32 bytes a node. When the tree has no memory, no
+// target is served.
 
 /// Gives each target the value of a field with any number of rows. This form searches nothing: it
 /// checks its arguments and leaves every field as it is.
@@ -787,16 +788,14 @@ VOREL_API int parametric_curvatures(const dense2D<double>& uvs, const dense2D<un
 /// coords         3 x N
 /// connect        3 x E, IDs below N
 /// neighbors      3 x E: entry (k, e) is the triangle across the edge of e opposite its node k.
-/// Only
-///                the columns are checked; an entry that names no triangle is no neighbour
+///                Only the columns are checked; an entry that names no triangle is no neighbour
 /// radius         of a patch, in units of `coords`; its sign is lost. With 0 or NaN patches are
 ///                single triangles and the values 0
-/// max_angle      in radians; pi or more, or NaN, switches the test off
+/// max_angle      in radians, of which the cosine counts; pi, or NaN, switches the test off
 /// max_triangles  growth of a patch ends when it has that many; it may have two more
 /// ridges         2 x R edges that a patch may not cross, IDs below N; may be empty
 /// curvatures     replaced: 8 x N. Rows 0 to 2 and 3 to 5 are the directions, unit vectors; row 6
-/// is
-///                the eigenvalue of largest magnitude, row 7 the second. Edges add up along
+///                is the eigenvalue of largest magnitude, row 7 the second. Edges add up along
 ///                themselves, so the first direction runs along the sharp edges, across the
 ///                strongest bending. Convex surfaces with outward normals have negative values. A
 ///                second value below a thousandth of the first has no direction of its own: it gets
@@ -822,11 +821,10 @@ VOREL_API int principal_curvatures(const dense2D<double>& coords, const dense2D<
 ///              one for |normal_size| * h
 /// metrics      grows: 6 x M, rows m00, m01, m11, m02, m12, m22. M is the larger of its present
 ///              column count and the largest ID of `connect` plus 1 (an empty `connect` counts as
-///              the ID 0); new columns start at zero, which constrains nothing. The columns of
-///              other nodes keep their values
+///              the ID 0); new columns start at zero, which constrains nothing. The columns of other
+///              nodes keep their values
 /// returns      0; -1 rows of `coords`; -2 rows or IDs of `connect`; -4 rows of `metrics`; -199,
-/// with
-///              nothing changed
+///              with nothing changed
 ///
 /// Edges of zero or infinite length do not count. A triangle is left at its first node without an
 /// edge that counts. O(E), three intersections a triangle; 12 bytes a node besides the result.

@@ -91,7 +91,8 @@ TEST(QuadShapeQuality3, IsThePlaneMeasureWithoutSignForAFlatConvexOne)
         points flat{0, 0, 1, 0, 1, 1, 0, 1};
         for (double& x : flat) x += move(draw);
         points lifted;
-        for (int i = 0; i < 4; ++i) lifted.insert(lifted.end(), {flat[2 * i], flat[2 * i + 1], 0});
+        for (std::size_t i = 0; i < 4; ++i)
+            lifted.insert(lifted.end(), {flat[2 * i], flat[2 * i + 1], 0});
         // A cosine that rounds to just below 1 moves the fold by the root of the rounding.
         EXPECT_NEAR(shape3(lifted), shape(flat), 1e-8) << "draw " << k;
     }
@@ -103,8 +104,8 @@ TEST(QuadShapeQuality3, IsMultipliedByTheFold)
         const points p = folded(angle);
         // Corners 1 and 3 keep their area of 1; those on the fold shrink with it.
         const auto corner = [&](int a, int b, int c) {
-            const vec3 u = load<3>(&p[3 * a]) - load<3>(&p[3 * b]);
-            const vec3 w = load<3>(&p[3 * c]) - load<3>(&p[3 * b]);
+            const vec3 u = load<3>(p.data() + 3 * a) - load<3>(p.data() + 3 * b);
+            const vec3 w = load<3>(p.data() + 3 * c) - load<3>(p.data() + 3 * b);
             return length(cross(u, w));
         };
         const double least = std::min(corner(3, 0, 1), corner(1, 2, 3));

@@ -56,13 +56,13 @@ TEST(SplitFixed, DoesNotLookAtTheIDs)
 
 TEST(SplitFixed, ChecksTheRowsOfConnectBeforeThoseOfTheResult)
 {
-    for (const std::size_t rows : {0, 1, 2, 5, 6}) {
+    for (const std::size_t rows : {0u, 1u, 2u, 5u, 6u}) {
         dense2D<unsigned> result{{1, 2}};
         dense2D<unsigned> connect(rows, 3, 0u);
         connect.cols = 3;
         EXPECT_EQ(split_Q4_into_T3(connect, result), -1) << rows;
     }
-    for (const std::size_t rows : {1, 2, 4}) {
+    for (const std::size_t rows : {1u, 2u, 4u}) {
         dense2D<unsigned> result(rows, 2, 7u);
         EXPECT_EQ(split_Q4_into_T3({{0, 1, 2}}, result), -2) << rows;
         EXPECT_EQ(split_Q4_into_T3({{0, 1, 2, 3}}, result), -2) << rows;
@@ -72,7 +72,7 @@ TEST(SplitFixed, ChecksTheRowsOfConnectBeforeThoseOfTheResult)
 
 TEST(SplitFixed, AnEmptyResultMayHaveKeptAnyRowCount)
 {
-    for (const std::size_t rows : {0, 2, 3, 4, 9}) {
+    for (const std::size_t rows : {0u, 2u, 3u, 4u, 9u}) {
         dense2D<unsigned> result = support::without_columns<unsigned>(rows);
         EXPECT_EQ(split_Q4_into_T3({{0, 1, 2, 3}}, result), 1);
         EXPECT_EQ(columns(result), (ids{{0, 1, 2}, {2, 3, 0}})) << rows;
@@ -116,7 +116,7 @@ TEST(SplitFixed, IsTheSameInAnyLayoutAndLeavesGapsAndInputsAlone)
     const dense2D<unsigned> held{{1, 2, 3}, {4, 5, 6}};
     dense2D<unsigned> dense = copy_of(held);
     const int count = split_Q4_into_T3(m.connect, dense);
-    for (const std::size_t gap : {0, 1, 5}) {
+    for (const std::size_t gap : {0u, 1u, 5u}) {
         const support::placed<unsigned> connect(m.connect, 3, gap);
         support::placed<unsigned> result(held, 2, gap);
         EXPECT_EQ(split_Q4_into_T3(connect.view, result.view), count);

@@ -283,7 +283,7 @@ TEST(SplitGated, KeepsTheArea)
 
 TEST(SplitGated, TakesAnyMeshByAnyCriterion)
 {
-    for (const std::size_t dimension : {2, 3})
+    for (const std::size_t dimension : {2u, 3u})
         for (const support::mesh& m : support::awkward_meshes(dimension)) {
             if (m.connect.rows != 4) continue;
             for (int criterion = 0; criterion <= 7; ++criterion) {
@@ -296,12 +296,12 @@ TEST(SplitGated, TakesAnyMeshByAnyCriterion)
 
 TEST(SplitGated, IsTheSameInAnyLayoutAndLeavesGapsAndInputsAlone)
 {
-    for (const std::size_t dimension : {2, 3}) {
+    for (const std::size_t dimension : {2u, 3u}) {
         support::mesh m = support::grid_mixed(6, 5, dimension, 3);
         support::jitter(m, 0.3, 5);
         const dense2D<unsigned> held{{1, 2, 3, 4}, {4, 5, 6, 7}};
         const outcome dense = gate(m.coords, m.connect, {0.6, 0.5, 0.9}, 4, {0}, {1}, held);
-        for (const std::size_t gap : {0, 1, 5}) {
+        for (const std::size_t gap : {0u, 1u, 5u}) {
             const support::placed<double> coords(m.coords, 4, gap);
             const support::placed<unsigned> connect(m.connect, 3, gap);
             support::placed<unsigned> result(held, 2, gap);

@@ -182,7 +182,7 @@ TEST(SplitByQuality, DecidesNearTiesAndAtAnyScaleAsTrianglesJudgedOneByOne)
     std::mt19937 draw(21);
     std::uniform_real_distribution<double> number(-1, 1);
     const dense2D<unsigned> quad{{2, 0, 3, 1}};
-    for (int k = 0; k < 20000; ++k) {
+    for (int k = 0; k < 10000; ++k) {
         const double scale = std::pow(10.0, 3 * (k % 21) - 30) * (k % 97 ? 1 : 1e150);
         const double amount = std::pow(10.0, -(k % 18));
         const double flat = k % 5 ? 1 : 1e-7;
@@ -210,7 +210,7 @@ TEST(SplitByQuality, DecidesWithInfiniteAndMissingNumbersAsTrianglesJudgedOneByO
                              1e200, -1e200, inf,  -inf, 1e-320, std::nan(""),
                              1e18,  -1e18,  1e38, 1e39, 5e-324, 1e-20};
     const dense2D<unsigned> quad{{0, 1, 2, 3}};
-    for (int k = 0; k < 20000; ++k) {
+    for (int k = 0; k < 10000; ++k) {
         support::mesh m{"", dense2D<double>(2, 4), quad};
         support::mesh up{"", dense2D<double>(3, 4), quad};
         for (unsigned j = 0; j < 4; ++j) {
@@ -278,13 +278,13 @@ TEST(SplitByQuality, KeepsAreaAndOrientation)
 
 TEST(SplitByQuality, IsTheSameInAnyLayoutAndLeavesGapsAndInputsAlone)
 {
-    for (const std::size_t dimension : {2, 3}) {
+    for (const std::size_t dimension : {2u, 3u}) {
         support::mesh m = support::grid_mixed(6, 5, dimension, 3);
         support::jitter(m, 0.3, 5);
         const dense2D<unsigned> held{{1, 2, 3}, {4, 5, 6}};
         dense2D<unsigned> dense = copy_of(held);
         const int count = split_Q4_into_T3(m.coords, m.connect, dense);
-        for (const std::size_t gap : {0, 1, 5}) {
+        for (const std::size_t gap : {0u, 1u, 5u}) {
             const support::placed<double> coords(m.coords, 4, gap);
             const support::placed<unsigned> connect(m.connect, 3, gap);
             support::placed<unsigned> result(held, 2, gap);

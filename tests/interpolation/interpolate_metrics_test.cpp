@@ -5,7 +5,6 @@
 #include "support/allocation.h"
 #include "support/matrices.h"
 
-#include <functional>
 #include <limits>
 
 using namespace vorel;
@@ -364,75 +363,6 @@ TEST(InterpolateMetrics, AllNodesAreTheListOfAllNodes)
                   run(all, listed_metrics));
         EXPECT_EQ(support::bits(metrics), support::bits(listed_metrics)) << b.name;
     }
-}
-
-TEST(InterpolateMetrics, WithoutNodesOrListThereIsNothingToDo)
-{
-    const auto none = support::without_columns<double>(3);
-    const dense2D<unsigned> bad(5, 5, 7u);
-    dense1D<double, 8> sizes{1.0};
-    dense2D<double> metrics(4, 4, 0.0);
-    EXPECT_EQ(interpolate_metrics(none, bad, {}, {}, sizes, true, ELEMENT_T3), 0);
-    EXPECT_EQ(interpolate_metrics(none, bad, {}, {}, metrics, true, ELEMENT_T3), 0);
-    const dense2D<double> coords(3, 3, 0.0);
-    EXPECT_EQ(interpolate_metrics(coords, bad, {}, {}, sizes, {}, true, ELEMENT_T3), 0);
-    EXPECT_EQ(interpolate_metrics(coords, bad, {}, {}, metrics, {}, true, ELEMENT_T3), 0);
-}
-
-namespace {
-
-struct breakage {
-    const char* name;
-    int status;
-    std::function<void(background&, dense1D<double, 8>&, dense2D<double>&)> break_it;
-};
-
-std::vector<breakage> breakages()
-{
-    return {
-        {"three rows of coordinates", -1,
-         [](background& b, auto&, auto&) { ASSERT_TRUE(b.coords.resize(3, b.coords.cols, 0.0)); }},
-        {"a node ID too large", -2,
-         [](background& b, auto&, auto&) {
-             b.connect(1, 2) = static_cast<unsigned>(b.coords.cols);
-         }},
-        {"neighbours of another shape", -3,
-         [](background& b, auto&, auto&) {
-             ASSERT_TRUE(b.neighbors.resize(3, b.neighbors.cols - 1));
-         }},
-        {"a neighbour too large", -3,
-         [](background& b, auto&, auto&) {
-             b.neighbors(0, 0) = static_cast<unsigned>(b.connect.cols);
-         }},
-        {"too few entries of node_element", -4,
-         [](background& b, auto&, auto&) { --b.node_element.size; }},
-        {"sizes and metrics of another size", -5,
-         [](background&, auto& sizes, auto& metrics) {
-             --sizes.size;
-             --metrics.cols;
-         }},
-        {"an unset target", -6, [](background& b, auto&, auto&) { b.targets[0] = UNSET_ID; }},
-    };
-}
-
-} // namespace
-
-TEST(InterpolateMetrics, EachBadArgumentHasItsStatusAndTheFirstIsReported)
-{
-    const auto all = breakages();
-    for (std::size_t first = 0; first < all.size(); ++first)
-        for (const std::size_t last : {first + 1, all.size()}) {
-            background b = support::with_random_targets(support::grid_T3(3, 2), ELEMENT_T3, 9, 1);
-            dense1D<double, 8> sizes = sizes_of(b, 0.0);
-            dense2D<double> metrics = metrics_of(b, 6);
-            for (std::size_t k = last; k-- > first;) all[k].break_it(b, sizes, metrics);
-            const auto sizes_before = bits(sizes);
-            const auto metrics_before = support::bits(metrics);
-            EXPECT_EQ(run(b, sizes), all[first].status) << all[first].name;
-            EXPECT_EQ(run(b, metrics), all[first].status) << all[first].name;
-            EXPECT_EQ(bits(sizes), sizes_before);
-            EXPECT_EQ(support::bits(metrics), metrics_before);
-        }
 }
 
 TEST(InterpolateMetrics, MetricsHaveThreeOrSixRows)

@@ -6,8 +6,6 @@
 #include "support/allocation.h"
 #include "support/matrices.h"
 
-#include <functional>
-
 using namespace vorel;
 using namespace vorel::tessalo2d;
 using support::background;
@@ -232,16 +230,6 @@ TEST(Interpolate, NodesThatOccurTwiceAreServedTwice)
     EXPECT_EQ(bits(values), bits(expected));
 }
 
-TEST(Interpolate, EmptyListIsNothingToDoWhateverTheRest)
-{
-    const dense2D<double> coords(3, 4, 0.0);
-    dense1D<double, 8> values;
-    dense2D<double> rows;
-    const dense2D<unsigned> connect(7, 7, 99u);
-    EXPECT_EQ(interpolate(coords, connect, {}, {}, values, {}, ELEMENT_T3), 0);
-    EXPECT_EQ(interpolate(coords, connect, {}, {}, rows, {}, ELEMENT_T3), 0);
-}
-
 TEST(Interpolate, KindsWithoutAnEngineAreNothingToDo)
 {
     const background b = support::with_targets(support::grid_T3(2, 2), ELEMENT_ANY_FACE, {{1, 1}});
@@ -264,81 +252,6 @@ TEST(Interpolate, KindsWithoutAnEngineAreNothingToDo)
         values = field(empty, tilted, 5.0);
         EXPECT_EQ(run(empty, values), 0) << int(type);
         EXPECT_EQ(values[9], 5.0);
-    }
-}
-
-namespace {
-
-/// A way to break one argument, and its status.
-struct breakage {
-    const char* name;
-    int status;
-    std::function<void(background&, dense1D<double, 8>&, dense2D<double>&)> break_it;
-};
-
-std::vector<breakage> breakages()
-{
-    return {
-        {"three rows of coordinates", -1,
-         [](background& b, auto&, auto&) { ASSERT_TRUE(b.coords.resize(3, b.coords.cols, 0.0)); }},
-        {"a node ID too large", -2,
-         [](background& b, auto&, auto&) {
-             b.connect(1, 2) = static_cast<unsigned>(b.coords.cols);
-         }},
-        {"kind of another row count", -2, [](background& b, auto&, auto&) { b.type = ELEMENT_Q4; }},
-        {"neighbours of another shape", -3,
-         [](background& b, auto&, auto&) {
-             ASSERT_TRUE(b.neighbors.resize(3, b.neighbors.cols - 1));
-         }},
-        {"a neighbour too large", -3,
-         [](background& b, auto&, auto&) {
-             b.neighbors(0, 0) = static_cast<unsigned>(b.connect.cols);
-         }},
-        {"too few entries of node_element", -4,
-         [](background& b, auto&, auto&) { --b.node_element.size; }},
-        {"a field of another size", -5,
-         [](background&, auto& run, auto& rows) {
-             --run.size;
-             --rows.cols;
-         }},
-        {"a target too large", -6,
-         [](background& b, auto&, auto&) { b.targets[1] = static_cast<unsigned>(b.coords.cols); }},
-        {"an unset target", -6, [](background& b, auto&, auto&) { b.targets[0] = UNSET_ID; }},
-    };
-}
-
-} // namespace
-
-TEST(Interpolate, EachBadArgumentHasItsStatusAndChangesNothing)
-{
-    for (const breakage& bad : breakages()) {
-        background b = support::with_random_targets(support::grid_T3(3, 2), ELEMENT_T3, 9, 1);
-        dense1D<double, 8> values = field(b, tilted, 5.0);
-        dense2D<double> rows(2, b.coords.cols, 6.0);
-        bad.break_it(b, values, rows);
-        const auto before = support::elements(values);
-        EXPECT_EQ(run(b, values), bad.status) << bad.name;
-        EXPECT_EQ(support::elements(values), before) << bad.name;
-        EXPECT_EQ(
-            interpolate(b.coords, b.connect, b.neighbors, b.node_element, rows, b.targets, b.type),
-            bad.status)
-            << bad.name;
-    }
-}
-
-TEST(Interpolate, FirstBadArgumentIsReported)
-{
-    const auto all = breakages();
-    for (std::size_t first = 0; first < all.size(); ++first) {
-        background b = support::with_random_targets(support::grid_T3(3, 2), ELEMENT_T3, 9, 1);
-        dense1D<double, 8> values = field(b, tilted, 5.0);
-        dense2D<double> rows(2, b.coords.cols, 6.0);
-        for (std::size_t k = all.size(); k-- > first;) all[k].break_it(b, values, rows);
-        EXPECT_EQ(run(b, values), all[first].status) << all[first].name;
-        EXPECT_EQ(
-            interpolate(b.coords, b.connect, b.neighbors, b.node_element, rows, b.targets, b.type),
-            all[first].status)
-            << all[first].name;
     }
 }
 

@@ -47,7 +47,7 @@ tree::tree(const dense2D<double>& coords_, point low_, point high_)
 {
     const double extent = std::max(high[0] - low[0], high[1] - low[1]);
     const double size = extent > 0 ? extent * 1.000000000001 : 1e-12;
-    for (int i = 0; i < 2; ++i) origin[i] = (low[i] + high[i]) * 0.5 - size * 0.5;
+    for (std::size_t i = 0; i < 2; ++i) origin[i] = (low[i] + high[i]) * 0.5 - size * 0.5;
     scale = 4294967295.0 / size;
 }
 
@@ -59,7 +59,7 @@ bool tree::in_box(point p) const
 std::array<std::uint32_t, 2> tree::integers(point p) const
 {
     std::array<std::uint32_t, 2> at{};
-    for (int i = 0; i < 2; ++i) {
+    for (std::size_t i = 0; i < 2; ++i) {
         const double t = (p[i] - origin[i]) * scale;
         if (t >= 0) at[i] = t > 4294967295.0 ? 0xFFFFFFFFu : std::uint32_t(t);
     }

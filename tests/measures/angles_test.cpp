@@ -1,4 +1,4 @@
-#include "conversion/corner_angles.h"
+#include "measures/corner_angles.h"
 #include "support/allocation.h"
 #include "support/matrices.h"
 #include "support/meshes.h"
@@ -87,7 +87,7 @@ TEST(Angles, ChecksItsArgumentsInOrder)
     EXPECT_EQ(measure(bad, {{0, 1}}).status, -1);
     EXPECT_EQ(measure(dense2D<double>(1, 4, 0.0), {{0, 1, 9}}).status, -1);
     EXPECT_EQ(measure(bad, {{0, 1}}).min, numbers{});
-    for (const std::size_t rows : {1, 2, 5, 6}) {
+    for (const std::size_t rows : {1u, 2u, 5u, 6u}) {
         const outcome o = measure(SQUARE, dense2D<unsigned>(rows, 2, 99u));
         EXPECT_EQ(o.status, -2) << rows;
         EXPECT_EQ(o.min, numbers{});
@@ -190,7 +190,7 @@ TEST(Angles, AreThoseOfEachCornerOneByOne)
         support::mesh up = support::lifted(m, [](double x, double y) { return x * y - x; });
         expect_as_one_by_one(up);
     }
-    for (const std::size_t dimension : {2, 3})
+    for (const std::size_t dimension : {2u, 3u})
         for (const support::mesh& m : support::awkward_meshes(dimension)) expect_as_one_by_one(m);
 }
 
@@ -230,11 +230,11 @@ TEST(Angles, InSpaceAtHeightZeroAreThoseOfThePlaneWithoutSign)
 
 TEST(Angles, AreTheSameInAnyLayoutAndLeaveGapsAndInputsAlone)
 {
-    for (const std::size_t dimension : {2, 3}) {
+    for (const std::size_t dimension : {2u, 3u}) {
         support::mesh m = support::grid_mixed(6, 5, dimension, 3);
         support::jitter(m, 0.3, 5);
         const outcome dense = measure(m.coords, m.connect, true);
-        for (const std::size_t gap : {0, 1, 5}) {
+        for (const std::size_t gap : {0u, 1u, 5u}) {
             const support::placed<double> coords(m.coords, 4, gap);
             const support::placed<unsigned> connect(m.connect, 3, gap);
             dense1D<double, 8> low = support::placed_run<double>({1, 2}, gap);

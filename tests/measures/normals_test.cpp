@@ -75,7 +75,7 @@ vectors gathered_by_node(const dense2D<double>& coords, const dense2D<unsigned>&
                     sum = n;
                 } else {
                     weight += w;
-                    for (int i = 0; i < 3; ++i) sum[i] += n[i] * w;
+                    for (std::size_t i = 0; i < 3; ++i) sum[i] += n[i] * w;
                 }
             }
         }
@@ -111,7 +111,8 @@ TEST(ElementNormals, AreUnitVectorsOrZero)
         const vectors unit = at_elements(m.coords, m.connect, true);
         for (std::size_t e = 0; e < raw.size(); ++e) {
             EXPECT_NEAR(norm(unit[e]), 1.0, 1e-15);
-            for (int i = 0; i < 3; ++i) EXPECT_NEAR(unit[e][i] * norm(raw[e]), raw[e][i], 1e-14);
+            for (std::size_t i = 0; i < 3; ++i)
+                EXPECT_NEAR(unit[e][i] * norm(raw[e]), raw[e][i], 1e-14);
         }
     }
     const dense2D<double> line{{0, 0, 0}, {1, 1, 1}, {2, 2, 2}};
@@ -128,7 +129,7 @@ TEST(ElementNormals, FollowTheTurnOfTheCorners)
     const vectors n = at_elements(m.coords, m.connect, false);
     const vectors back = at_elements(m.coords, turned, false);
     for (std::size_t e = 0; e < n.size(); ++e)
-        for (int i = 0; i < 3; ++i) EXPECT_NEAR(back[e][i], -n[e][i], 1e-14);
+        for (std::size_t i = 0; i < 3; ++i) EXPECT_NEAR(back[e][i], -n[e][i], 1e-14);
 }
 
 TEST(ElementNormals, OfAFlatMeshAddUpToTwiceItsArea)
@@ -291,7 +292,7 @@ TEST(NodeNormals, AreThoseOfTheRulesNodeByNodeToTheLastBit)
             const vectors expected = gathered_by_node(m.coords, m.connect, exponent, true);
             const vectors found = at_nodes(m.coords, m.connect, exponent, true);
             for (std::size_t j = 0; j < found.size(); ++j)
-                for (int i = 0; i < 3; ++i)
+                for (std::size_t i = 0; i < 3; ++i)
                     EXPECT_TRUE(found[j][i] == expected[j][i] ||
                                 (std::isnan(found[j][i]) && std::isnan(expected[j][i])))
                         << m.name << ", node " << j << ", exponent " << exponent;
@@ -318,7 +319,7 @@ TEST(Normals, AreTheSameInAnyLayoutAndLeaveGapsAndInputsAlone)
     dense2D<double> at_element, at_node;
     ASSERT_EQ(normals(m.coords, m.connect, true, at_element), 0);
     ASSERT_EQ(normals(m.coords, m.connect, 0.7, false, at_node), 0);
-    for (const std::size_t gap : {0, 1, 5}) {
+    for (const std::size_t gap : {0u, 1u, 5u}) {
         const support::placed<double> coords(m.coords, 4, gap);
         const support::placed<unsigned> connect(m.connect, 3, gap);
         support::placed<double> result({{1, 2, 3}, {3, 4, 5}}, 7, gap);

@@ -1,5 +1,6 @@
 #include "metrics/interpolate_metric.h"
 
+#include "metrics/dimensions.h"
 #include "metrics/reference.h"
 
 #include <gtest/gtest.h>
@@ -63,12 +64,7 @@ template <class Dimension>
 class InterpolateMetric : public testing::Test {
 };
 
-template <std::size_t D_>
-struct dimension {
-    static constexpr std::size_t D = D_;
-};
-using dimensions = testing::Types<dimension<2>, dimension<3>>;
-TYPED_TEST_SUITE(InterpolateMetric, dimensions);
+TYPED_TEST_SUITE(InterpolateMetric, dimensions, dimension_name);
 
 } // namespace
 
@@ -266,4 +262,31 @@ TYPED_TEST(InterpolateMetric, QuadOfFourMetricsIsThatOfTheColumns)
     ASSERT_TRUE(f.quad(0.3, -0.6, m));
     ASSERT_TRUE(interpolate_metric_quad(0.3, -0.6, f.node[0], f.node[1], f.node[2], f.node[3], n));
     EXPECT_TRUE(reference::same_bits(m, n));
+}
+
+TYPED_TEST(InterpolateMetric, AnswersForAnyBits)
+{
+    constexpr std::size_t D = TypeParam::D;
+    std::mt19937_64 draw(5);
+    const auto any = [&draw] {
+        // Random bits, or one of the values that break things.
+        const double special[] = {0.0, -0.0, 1.0, -1.0, 0.5, 1e308, 1e-308, 5e-324, NAN, INFINITY};
+        const std::uint64_t bits = draw();
+        double x;
+        std::memcpy(&x, &bits, sizeof x);
+        return bits % 2 == 0 ? special[(bits >> 8) % 10] : x;
+    };
+    int answered = 0;
+    for (int trial = 0; trial < 20000; ++trial) {
+        fixture<D> f(static_cast<unsigned>(trial));
+        symmetric_fixed<double, D> m = f.node[trial % 4];
+        m[draw() % m.size] = any();
+        if (trial % 3 == 0)
+            for (double& x : m.data) x = any();
+        f.set(static_cast<std::size_t>(trial % 4), m);
+        const double x = trial % 5 == 0 ? any() : 0.25;
+        const double y = trial % 7 == 0 ? any() : 0.375;
+        answered += f.triangle(x, y, m) + f.quad(x, y, m);
+    }
+    EXPECT_GT(answered, 0);
 }

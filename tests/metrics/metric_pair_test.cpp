@@ -1,5 +1,6 @@
 #include "metrics/metric_pair.h"
 
+#include "metrics/dimensions.h"
 #include "metrics/reference.h"
 
 #include <gtest/gtest.h>
@@ -36,12 +37,7 @@ template <class Dimension>
 class MetricPair : public testing::Test {
 };
 
-template <std::size_t D_>
-struct dimension {
-    static constexpr std::size_t D = D_;
-};
-using dimensions = testing::Types<dimension<2>, dimension<3>>;
-TYPED_TEST_SUITE(MetricPair, dimensions);
+TYPED_TEST_SUITE(MetricPair, dimensions, dimension_name);
 
 } // namespace
 

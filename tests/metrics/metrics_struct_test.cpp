@@ -1,3 +1,4 @@
+#include "metrics/dimensions.h"
 #include "metrics/metric_pair.h"
 #include "metrics/reference.h"
 #include "metrics/sizes.h"
@@ -111,7 +112,7 @@ TEST(MetricsStruct, AnEmptyListOrACountOfZeroIsNothingToDo)
     EXPECT_EQ(metrics_struct({}, 3, sizes), 0);
     EXPECT_EQ(metrics_struct(wrong, 0, sizes), 0);
     EXPECT_EQ(sizes.size, 0u);
-    for (const std::size_t rows : {3, 6}) {
+    for (const std::size_t rows : {3u, 6u}) {
         dense2D<double> metrics = support::without_columns<double>(rows);
         EXPECT_EQ(metrics_struct({}, 3, metrics), 0);
         EXPECT_EQ(metrics_struct(wrong, 0, metrics), 0);
@@ -122,7 +123,7 @@ TEST(MetricsStruct, AnEmptyListOrACountOfZeroIsNothingToDo)
 
 TEST(MetricsStruct, TheRowsAreCheckedBeforeAnythingElse)
 {
-    for (const std::size_t rows : {0, 1, 2, 4, 5, 7}) {
+    for (const std::size_t rows : {0u, 1u, 2u, 4u, 5u, 7u}) {
         dense2D<double> metrics = support::without_columns<double>(rows);
         EXPECT_EQ(metrics_struct({}, 0, metrics), -3) << rows;
         EXPECT_EQ(metrics_struct({1, 2}, 5, metrics), -3) << rows;
@@ -159,7 +160,7 @@ TEST(MetricsStruct, StatusesComeInTheOrderOfTheChecks)
         dense1D<double, 8> sizes(8, 1.0);
         EXPECT_EQ(metrics_struct(row.ids, row.count, sizes), row.status) << row.why;
         EXPECT_EQ(support::elements(sizes), std::vector<double>(8, 1.0)) << row.why;
-        for (const std::size_t entries : {3, 6}) {
+        for (const std::size_t entries : {3u, 6u}) {
             dense2D<double> metrics(entries, 8, 1.0);
             EXPECT_EQ(metrics_struct(row.ids, row.count, metrics), row.status) << row.why;
             EXPECT_EQ(metrics.cols, 8u) << row.why;
@@ -252,13 +253,7 @@ template <class Dimension>
 class MetricsStructOf : public testing::Test {
 };
 
-template <std::size_t D_>
-struct dimension {
-    static constexpr std::size_t D = D_;
-    static constexpr std::size_t rows = D_ * (D_ + 1) / 2;
-};
-using dimensions = testing::Types<dimension<2>, dimension<3>>;
-TYPED_TEST_SUITE(MetricsStructOf, dimensions);
+TYPED_TEST_SUITE(MetricsStructOf, dimensions, dimension_name);
 
 TYPED_TEST(MetricsStructOf, MetricsAreTheirDefinitionBitForBit)
 {
@@ -449,8 +444,8 @@ TEST(MetricsStruct, SizesSurviveARefusedAllocationUnchanged)
 
 TEST(MetricsStruct, MoreNodesThanIDsAreOutOfMemory)
 {
-    // 70000 x 70000 cells have more than 2^32 interior nodes. Address space for all of them, so that
-    // it is not the storage that is refused; nothing of it may be touched.
+    // 70000 x 70000 cells have more than 2^32 interior nodes. There is address space for all of
+    // them, so that it is not the storage that is refused; nothing of it may be touched.
     const std::size_t n = 70000;
     const std::size_t room = n * n;
     void* const space = mmap(nullptr, room * sizeof(double), PROT_READ | PROT_WRITE,

@@ -1,4 +1,4 @@
-#include "conversion/corner_angles.h"
+#include "measures/corner_angles.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,42 @@
+// Four rows of a column in one register.
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+
+namespace vorel::tessalo2d {
+
+/// Comparisons of ID_lanes give all ones for true and 0 for false.
+using ID_lanes = unsigned __attribute__((vector_size(4 * sizeof(unsigned))));
+
+inline ID_lanes load_lanes(const unsigned* from)
+{
+    ID_lanes loaded;
+    std::memcpy(&loaded, from, sizeof loaded);
+    return loaded;
+}
+
+inline void store_lanes(const ID_lanes& stored, unsigned* to)
+{
+    std::memcpy(to, &stored, sizeof stored);
+}
+
+inline ID_lanes equal_lanes(const ID_lanes& a, const ID_lanes& b)
+{
+    return reinterpret_cast<ID_lanes>(a == b);
+}
+
+/// Lanes of `a` where the mask is all ones, of `b` where it is 0.
+inline ID_lanes pick_lanes(const ID_lanes& chosen, const ID_lanes& a, const ID_lanes& b)
+{
+    return (a & chosen) | (b & ~chosen);
+}
+
+inline bool any_lane(const ID_lanes& l)
+{
+    std::uint64_t halves[2];
+    std::memcpy(halves, &l, sizeof halves);
+    return (halves[0] | halves[1]) != 0;
+}
+
+} // namespace vorel::tessalo2d

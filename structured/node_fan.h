@@ -1,0 +1,105 @@
+// Steps from element to element around a node.
+#pragma once
+
+#include <vorel/element_type.h>
+
+#include <cstddef>
+
+namespace vorel::tessalo2d {
+
+/// The two local edges of an element that touch a node.
+struct node_sides {
+    /// The one that the element runs into the node: in an anticlockwise mesh the way across it
+    /// leads anticlockwise around the node.
+    unsigned char into;
+    unsigned char out_of;
+};
+
+/// The sides for each set of corners that are the node, of which the first one counts: bit k stands
+/// for corner k, and bit 4 for a quadrilateral. A look-up where comparisons would have to branch:
+/// which corner it is can't be foreseen.
+struct node_side_table {
+    /// Of an element that does not hold the node.
+    static constexpr unsigned char NONE = 4;
+
+    constexpr node_side_table() : entry()
+    {
+        for (unsigned equal = 0; equal < 32; ++equal) {
+            const bool quad = equal >= 16;
+            unsigned k = 0;
+            while (k < 4 && (equal >> k & 1u) == 0) ++k;
+            if (k == 4)
+                entry[equal] = {NONE, NONE};
+            else if (quad)
+                entry[equal] = {cut((k + 3) % 4), cut(k)};
+            else
+                entry[equal] = {cut((k + 1) % 3), cut((k + 2) % 3)};
+        }
+    }
+
+    node_sides entry[32];
+
+private:
+    static constexpr unsigned char cut(unsigned side) { return static_cast<unsigned char>(side); }
+};
+
+inline constexpr node_side_table NODE_SIDES;
+
+/// Storage of triangles only.
+struct T3_fan {
+    static constexpr std::size_t ROWS = 3;
+
+    static node_sides sides(const unsigned* column, unsigned node)
+    {
+        const unsigned equal = unsigned(column[0] == node) | unsigned(column[1] == node) << 1 |
+                               unsigned(column[2] == node) << 2;
+        return NODE_SIDES.entry[equal];
+    }
+};
+
+/// Storage of quadrilaterals with triangles among them, whose row 3 holds no node's ID.
+struct mixed_fan {
+    static constexpr std::size_t ROWS = 4;
+
+    static node_sides sides(const unsigned* column, unsigned node)
+    {
+        const unsigned equal = unsigned(column[0] == node) | unsigned(column[1] == node) << 1 |
+                               unsigned(column[2] == node) << 2 | unsigned(column[3] == node) << 3 |
+                               unsigned(column[3] != UNSET_ID) << 4;
+        return NODE_SIDES.entry[equal];
+    }
+};
+
+/// Reads the mesh that the fans are in.
+template <class Form>
+struct fan_mesh {
+    node_sides sides(unsigned e, unsigned node) const
+    {
+        return Form::sides(columns + e * column_ld, node);
+    }
+
+    /// What lies across a side; no element where `is_element` says so.
+    unsigned across(unsigned e, unsigned side) const { return adjacency[e * adjacency_ld + side]; }
+
+    bool is_element(unsigned e) const { return e < elements; }
+
+    /// Has both columns brought in; one of three rows may lie across two cache lines.
+    [[gnu::always_inline]] void fetch(unsigned e) const
+    {
+        __builtin_prefetch(columns + e * column_ld);
+        __builtin_prefetch(adjacency + e * adjacency_ld);
+        if constexpr (Form::ROWS == 3) {
+            __builtin_prefetch(columns + e * column_ld + 2);
+            __builtin_prefetch(adjacency + e * adjacency_ld + 2);
+        }
+    }
+
+    const unsigned* columns;
+    std::size_t column_ld;
+    const unsigned* adjacency;
+    std::size_t adjacency_ld;
+    /// Number of elements that an ID can name.
+    std::size_t elements;
+};
+
+} // namespace vorel::tessalo2d

@@ -1,6 +1,8 @@
 // Steps from element to element around a node.
 #pragma once
 
+#include "structured/corner_set.h"
+
 #include <vorel/element_type.h>
 
 #include <cstddef>
@@ -15,22 +17,21 @@ struct node_sides {
     unsigned char out_of;
 };
 
-/// The sides for each set of corners that are the node, of which the first one counts: bit k stands
-/// for corner k, and bit 4 for a quadrilateral. A look-up where comparisons would have to branch:
-/// which corner it is can't be foreseen.
+/// The sides for each set of corners that are the node, of which the first one counts, in a triangle
+/// and in a quadrilateral.
 struct node_side_table {
     /// Of an element that does not hold the node.
     static constexpr unsigned char NONE = 4;
+    /// Added to the set of corners of a quadrilateral.
+    static constexpr unsigned QUAD = 16;
 
     constexpr node_side_table() : entry()
     {
         for (unsigned equal = 0; equal < 32; ++equal) {
-            const bool quad = equal >= 16;
-            unsigned k = 0;
-            while (k < 4 && (equal >> k & 1u) == 0) ++k;
-            if (k == 4)
+            const unsigned k = first_corner(equal);
+            if (k == NO_CORNER)
                 entry[equal] = {NONE, NONE};
-            else if (quad)
+            else if (equal >= QUAD)
                 entry[equal] = {cut((k + 3) % 4), cut(k)};
             else
                 entry[equal] = {cut((k + 1) % 3), cut((k + 2) % 3)};
@@ -51,9 +52,7 @@ struct T3_fan {
 
     static node_sides sides(const unsigned* column, unsigned node)
     {
-        const unsigned equal = unsigned(column[0] == node) | unsigned(column[1] == node) << 1 |
-                               unsigned(column[2] == node) << 2;
-        return NODE_SIDES.entry[equal];
+        return NODE_SIDES.entry[corner_set<3>(column, node)];
     }
 };
 
@@ -63,10 +62,8 @@ struct mixed_fan {
 
     static node_sides sides(const unsigned* column, unsigned node)
     {
-        const unsigned equal = unsigned(column[0] == node) | unsigned(column[1] == node) << 1 |
-                               unsigned(column[2] == node) << 2 | unsigned(column[3] == node) << 3 |
-                               unsigned(column[3] != UNSET_ID) << 4;
-        return NODE_SIDES.entry[equal];
+        const unsigned kind = unsigned(column[3] != UNSET_ID) * node_side_table::QUAD;
+        return NODE_SIDES.entry[kind + corner_set<4>(column, node)];
     }
 };
 

@@ -1,6 +1,11 @@
 // Reorientation of connected regions: the elements around a seed are visited breadth first, and
 // each one that runs its common edge the same way as the element it was reached from is flipped.
+//
+// Where a side leads, in which corner an edge begins, which kind an element is: all of it is as good
+// as random, and a branch on it costs more than the work. So the comparisons become bits that a
+// table tells the meaning of, and only what is rare is branched on.
 #include "foundation/status.h"
+#include "structured/corner_set.h"
 
 #include <vorel/tessalo2d.h>
 
@@ -14,12 +19,8 @@ namespace vorel::tessalo2d {
 
 namespace {
 
-/// Position of a node that a column does not hold. One more than it wraps to 0, so an absent first
-/// node of an edge and a second one in row 0 pass for an edge. Kept: callers rely on it.
-constexpr unsigned ABSENT = 0xFFFFFFFFu;
-
 /// How an element runs the edge that it shares with another one.
-enum class course { same, opposite, conflict };
+enum class course : unsigned char { same, opposite, conflict };
 
 /// An edge in the direction in which an element runs it.
 struct side {
@@ -27,75 +28,96 @@ struct side {
     unsigned to;
 };
 
-/// First position of the node among the corners.
+/// The course of an edge in an element of so many corners, by the sets of corners that are its
+/// nodes: bit k stands for corner k.
 template <unsigned CORNERS>
-unsigned position(const unsigned* column, unsigned node)
-{
-    unsigned at = ABSENT;
-    for (unsigned i = CORNERS; i-- > 0;) at = column[i] == node ? i : at;
-    return at;
-}
+struct course_table {
+    static constexpr unsigned SETS = 1u << CORNERS;
 
-template <unsigned CORNERS>
-unsigned next(unsigned at)
-{
-    const unsigned following = at + 1u;
-    return following == CORNERS ? 0 : following;
-}
+    constexpr course_table() : entry()
+    {
+        for (unsigned to = 0; to < SETS; ++to)
+            for (unsigned from = 0; from < SETS; ++from)
+                entry[to * SETS + from] = compare(first_corner(from), first_corner(to));
+    }
 
-template <unsigned CORNERS>
-course compare(const unsigned* column, const side& edge)
+    course entry[SETS * SETS];
+
+private:
+    /// The corner after none wraps to 0, so an absent first node and a second one in corner 0 pass
+    /// for an edge. Kept: callers rely on it.
+    static constexpr unsigned next(unsigned corner)
+    {
+        return corner + 1u == CORNERS ? 0 : corner + 1u;
+    }
+
+    static constexpr course compare(unsigned from, unsigned to)
+    {
+        if (to == next(from)) return course::same;
+        return from == next(to) ? course::opposite : course::conflict;
+    }
+};
+
+inline constexpr course_table<3> TRIANGLE_COURSES;
+inline constexpr course_table<4> QUAD_COURSES;
+
+void swap_triangle(unsigned* column, unsigned* across)
 {
-    const unsigned at_from = position<CORNERS>(column, edge.from);
-    const unsigned at_to = position<CORNERS>(column, edge.to);
-    if (at_to == next<CORNERS>(at_from)) return course::same;
-    return at_from == next<CORNERS>(at_to) ? course::opposite : course::conflict;
+    std::swap(column[0], column[2]);
+    std::swap(across[0], across[2]);
 }
 
 /// Storage of triangles only.
 struct T3_form {
     static constexpr std::size_t ROWS = 3;
 
-    static side local_edge(const unsigned* column, std::size_t r)
+    static void local_edges(const unsigned* column, side* edges)
     {
-        constexpr unsigned char FROM[] = {1, 2, 0};
-        constexpr unsigned char TO[] = {2, 0, 1};
-        return {column[FROM[r]], column[TO[r]]};
+        edges[0] = {column[1], column[2]};
+        edges[1] = {column[2], column[0]};
+        edges[2] = {column[0], column[1]};
     }
 
     static course test(const unsigned* column, const side& edge)
     {
-        return compare<3>(column, edge);
+        const unsigned from = corner_set<3>(column, edge.from);
+        const unsigned to = corner_set<3>(column, edge.to);
+        return TRIANGLE_COURSES.entry[to * TRIANGLE_COURSES.SETS + from];
     }
 
-    static void flip(unsigned* column, unsigned* across)
-    {
-        std::swap(column[0], column[2]);
-        std::swap(across[0], across[2]);
-    }
+    static void flip(unsigned* column, unsigned* across) { swap_triangle(column, across); }
 };
 
 /// Storage of quadrilaterals with triangles among them.
 struct mixed_form {
     static constexpr std::size_t ROWS = 4;
 
-    static bool is_triangle(const unsigned* column) { return column[3] == UNSET_ID; }
-
-    /// A triangle has no edge in row 3.
-    static side local_edge(const unsigned* column, std::size_t r)
+    /// A triangle has no edge in row 3: unset nodes, which no element holds.
+    static void local_edges(const unsigned* column, side* edges)
     {
-        if (!is_triangle(column)) return {column[r], column[(r + 1) & 3]};
-        return r < 3 ? T3_form::local_edge(column, r) : side{UNSET_ID, UNSET_ID};
+        const unsigned quad = column[3] == UNSET_ID ? 0u : UNSET_ID;
+        const auto pick = [&](unsigned a, unsigned b) { return b ^ ((a ^ b) & quad); };
+        edges[0] = {pick(column[0], column[1]), pick(column[1], column[2])};
+        edges[1] = {pick(column[1], column[2]), pick(column[2], column[0])};
+        edges[2] = {pick(column[2], column[0]), pick(column[3], column[1])};
+        edges[3] = {column[3], column[0] | ~quad};
     }
 
+    /// The last corner of a triangle is unset and never compares equal to an edge's node; the
+    /// unset nodes above are the exception, and conflict with every element.
     static course test(const unsigned* column, const side& edge)
     {
-        return is_triangle(column) ? compare<3>(column, edge) : compare<4>(column, edge);
+        const unsigned from = corner_set<4>(column, edge.from);
+        const unsigned to = corner_set<4>(column, edge.to);
+        const unsigned of_triangle = (to & 7u) * TRIANGLE_COURSES.SETS + (from & 7u);
+        const course in_triangle = TRIANGLE_COURSES.entry[of_triangle];
+        const course in_quad = QUAD_COURSES.entry[to * QUAD_COURSES.SETS + from];
+        return column[3] == UNSET_ID ? in_triangle : in_quad;
     }
 
     static void flip(unsigned* column, unsigned* across)
     {
-        if (is_triangle(column)) return T3_form::flip(column, across);
+        if (column[3] == UNSET_ID) return swap_triangle(column, across);
         std::swap(column[0], column[2]);
         std::swap(across[0], across[1]);
         std::swap(across[2], across[3]);
@@ -110,7 +132,6 @@ public:
     bool is_visited(std::size_t e) const { return (word(e) >> shift(e)) & 1u; }
     void set_visited(std::size_t e) { word(e) |= 1u << shift(e); }
 
-    bool is_enqueued(std::size_t e) const { return (word(e) >> shift(e)) & 2u; }
     /// True the first time.
     bool enqueue(std::size_t e)
     {
@@ -141,7 +162,7 @@ public:
           adjacency_ld(neighbors.ld),
           elements(std::min<std::size_t>(connect.cols, UNSET_ID)),
           marks(elements),
-          queue(new unsigned[elements])
+          queue(new unsigned[elements + 1])
     {
     }
 
@@ -169,16 +190,42 @@ private:
             }
             const std::size_t e = queue[head++];
             marks.set_visited(e);
-            const unsigned* const column = columns + e * column_ld;
-            const unsigned* const across = adjacency + e * adjacency_ld;
+            side edges[Form::ROWS];
+            Form::local_edges(columns + e * column_ld, edges);
             for (std::size_t r = 0; r < Form::ROWS; ++r) {
-                const std::size_t b = across[r];
-                if (b >= elements || marks.is_visited(b)) continue;
-                const bool go_on = agree(Form::local_edge(column, r), b);
+                // Where there is no neighbor the element itself takes its place: it is visited.
+                const std::size_t b = neighbor(e, r);
+                const bool open = !marks.is_visited(b);
                 push(b);
-                if (!go_on) break;
+                const course found = Form::test(columns + b * column_ld, edges[r]);
+                if (open & (found != course::opposite)) settle(found, b);
+                if (open & (flip_count < 0)) break;
             }
         }
+    }
+
+    /// The element across side `r`, or `e` itself.
+    std::size_t neighbor(std::size_t e, std::size_t r) const
+    {
+        const std::size_t b = adjacency[e * adjacency_ld + r];
+        return b < elements ? b : e;
+    }
+
+    void settle(course found, std::size_t b)
+    {
+        if (found == course::same) {
+            Form::flip(columns + b * column_ld, adjacency + b * adjacency_ld);
+            ++flip_count;
+        } else {
+            flip_count = -2;
+        }
+    }
+
+    /// An element that waits already or is visited is not listed again: its first place decides.
+    void push(std::size_t e)
+    {
+        queue[tail] = static_cast<unsigned>(e);
+        tail += marks.enqueue(e);
     }
 
     /// A column may lie across two cache lines.
@@ -192,35 +239,11 @@ private:
     /// without an effect that the compiler knows is a function that it drops.
     [[gnu::always_inline]] void fetch_around(std::size_t e) const
     {
-        const unsigned* const across = adjacency + e * adjacency_ld;
         for (std::size_t r = 0; r < Form::ROWS; ++r) {
-            const std::size_t b = across[r];
-            if (b >= elements || marks.is_enqueued(b)) continue;
-            const unsigned* const first = columns + b * column_ld;
-            const unsigned* const side = adjacency + b * adjacency_ld;
-            fetch(first);
-            fetch(side);
+            const std::size_t b = neighbor(e, r);
+            fetch(columns + b * column_ld);
+            fetch(adjacency + b * adjacency_ld);
         }
-    }
-
-    /// Flips `b` if it runs the edge in the given direction. False while a conflict counts.
-    bool agree(const side& edge, std::size_t b)
-    {
-        unsigned* const column = columns + b * column_ld;
-        const course found = Form::test(column, edge);
-        if (found == course::same) {
-            Form::flip(column, adjacency + b * adjacency_ld);
-            ++flip_count;
-        } else if (found == course::conflict) {
-            flip_count = -2;
-        }
-        return flip_count >= 0;
-    }
-
-    /// An element that waits already is not listed again: its first place decides.
-    void push(std::size_t e)
-    {
-        if (marks.enqueue(e)) queue[tail++] = static_cast<unsigned>(e);
     }
 
     unsigned* columns;
@@ -230,7 +253,8 @@ private:
     /// Those that an ID can name.
     std::size_t elements;
     element_marks marks;
-    /// Each element enters at most once, so the queue never turns round.
+    /// Each element enters at most once, so the queue never turns round. Behind the last one there is
+    /// room for one that is written and not counted.
     std::unique_ptr<unsigned[]> queue;
     std::size_t head = 0;
     std::size_t tail = 0;

@@ -21,6 +21,15 @@ int check_extrusion(const extrusion_contract& contract, const layer_request& lay
     return success;
 }
 
+bool all_IDs_suffice(const extrusion_contract& contract, const node_map& map, unsigned N,
+                     const extrusion_arguments& on)
+{
+    const std::size_t per_layer =
+        contract.element == swept_element::Q4 ? Q4_PER_LAYER : T3_PER_LAYER;
+    return IDs_suffice(on.coords.cols, map.size(), N) &&
+           IDs_suffice(on.output.cols, on.connect.cols, per_layer * N);
+}
+
 int extrude_elements(const extrusion_contract& contract, const node_map& map, unsigned N,
                      int pattern, const extrusion_arguments& on)
 {

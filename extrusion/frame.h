@@ -28,6 +28,10 @@ struct extrusion_arguments {
 int check_extrusion(const extrusion_contract& contract, const layer_request& layers, int pattern,
                     const extrusion_arguments& on);
 
+/// Whether the new nodes and the new elements of `N` layers all get IDs.
+bool all_IDs_suffice(const extrusion_contract& contract, const node_map& map, unsigned N,
+                     const extrusion_arguments& on);
+
 /// The element step. 0, or -199 and no change.
 int extrude_elements(const extrusion_contract& contract, const node_map& map, unsigned N,
                      int pattern, const extrusion_arguments& on);
@@ -74,20 +78,19 @@ int extrude(const extrusion_contract& contract, const Motion& motion, const laye
         N = std::max(sized_layer_count(length, layers), contract.fewest_layers);
     }
 
-    // All working storage is had before anything of the caller's changes.
+    // All working storage is had, and a lack of IDs is seen, before anything of the caller's grows.
     const unsigned first_id = static_cast<unsigned>(coords_cols);
     node_map map;
     if (!extrusion_node_map(on.connect, first_id, coords_cols, map)) return out_of_memory;
-    const std::size_t new_nodes = map.size() * N;
-    const bool IDs_suffice = new_nodes <= UNSET_ID && coords_cols <= UNSET_ID - new_nodes;
-
-    if (contract.widens) {
-        // Widening in room for all nodes saves a second growth. The resizes decide.
-        if (IDs_suffice) (void)coords.reserve(3, coords_cols + new_nodes, 1);
-        if (!coords.resize(3, coords_cols, 0.0)) return out_of_memory;
-    }
     int status = out_of_memory;
-    if (IDs_suffice) status = extrude_elements(contract, map, N, pattern, on);
+    if (all_IDs_suffice(contract, map, N, on)) {
+        if (contract.widens) {
+            // Widening in room for all nodes saves a second growth. The resizes decide.
+            (void)coords.reserve(3, coords_cols + map.size() * N, 1);
+            if (!coords.resize(3, coords_cols, 0.0)) return out_of_memory;
+        }
+        status = extrude_elements(contract, map, N, pattern, on);
+    }
     if (status == success) status = extrude_nodes(motion, map, N, layers, coords);
     if (status != success) undo_extrusion(contract, coords_rows, coords_cols, output_cols, on);
     return status;

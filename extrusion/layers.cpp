@@ -69,18 +69,13 @@ struct triangle_pair {
     unsigned second[3];
 };
 
-/// Room for `per_layer` elements of each edge in each of `N` layers behind the columns of the
-/// output. Element IDs stay below `UNSET_ID`.
-bool extend_output(const dense2D<unsigned>& connect, unsigned N, std::size_t rows,
-                   std::size_t per_layer, dense2D<unsigned>& output)
-{
-    const std::size_t per_edge = per_layer * N;
-    const std::size_t ids = output.cols < UNSET_ID ? UNSET_ID - output.cols : 0;
-    if (per_edge != 0 && connect.cols > ids / per_edge) return false;
-    return extend(output, rows, per_edge * connect.cols, UNSET_ID);
-}
-
 } // namespace
+
+bool IDs_suffice(std::size_t used, std::size_t count, std::size_t each)
+{
+    const std::size_t left = used < UNSET_ID ? UNSET_ID - used : 0;
+    return each == 0 || count <= left / each;
+}
 
 unsigned sized_layer_count(double length, const layer_request& request)
 {
@@ -99,11 +94,11 @@ int extrude_elements_Q4(const dense2D<unsigned>& connect, const node_map& map, u
                         dense2D<unsigned>& connectQ)
 {
     const std::size_t cols0 = connectQ.cols;
-    if (!extend_output(connect, N, 4, 1, connectQ)) return out_of_memory;
+    const std::size_t edges = connect.cols;
+    if (!extend(connectQ, 4, Q4_PER_LAYER * N * edges, UNSET_ID)) return out_of_memory;
     if (N == 0) return success;
 
     const unsigned m = static_cast<unsigned>(map.size());
-    const std::size_t edges = connect.cols;
     const std::size_t ld = connectQ.ld;
     unsigned* column = connectQ.column(cols0);
     for (std::size_t e = 0; e < edges; ++e) {
@@ -123,11 +118,11 @@ int extrude_elements_T3(const dense2D<unsigned>& connect, const node_map& map, u
                         int pattern, dense2D<unsigned>& connectT)
 {
     const std::size_t cols0 = connectT.cols;
-    if (!extend_output(connect, N, 3, 2, connectT)) return out_of_memory;
+    const std::size_t edges = connect.cols;
+    if (!extend(connectT, 3, T3_PER_LAYER * N * edges, UNSET_ID)) return out_of_memory;
     if (N == 0) return success;
 
     const unsigned m = static_cast<unsigned>(map.size());
-    const std::size_t edges = connect.cols;
     const std::size_t ld = connectT.ld;
     unsigned* column = connectT.column(cols0);
     const bool checkerboard = pattern == 2;

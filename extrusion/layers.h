@@ -33,14 +33,23 @@ unsigned sized_layer_count(double length, const layer_request& request);
 /// Position along the path of layer `l` of 1, 2, ..., with `step` the reciprocal of the count.
 double layer_position(unsigned l, double step, double h0, double h1);
 
-/// Appends the quadrilaterals of `N` layers, all layers of an edge in a row. An output of 3 rows
-/// gets a fourth, unset in the old columns. 0, or -199 and no change.
+/// Whether IDs suffice for `count` times `each` columns more behind `used` ones: they stay below
+/// `UNSET_ID`.
+bool IDs_suffice(std::size_t used, std::size_t count, std::size_t each);
+
+/// Number of elements that a layer makes of an edge.
+inline constexpr std::size_t Q4_PER_LAYER = 1;
+inline constexpr std::size_t T3_PER_LAYER = 2;
+
+/// Appends the quadrilaterals of `N` layers, all layers of an edge in a row, for which IDs suffice.
+/// An output of 3 rows gets a fourth, unset in the old columns. 0, or -199 and no change.
 int extrude_elements_Q4(const dense2D<unsigned>& connect, const node_map& map, unsigned N,
                         dense2D<unsigned>& connectQ);
 
-/// Appends the triangle pairs of `N` layers. `pattern` 0 cuts every quadrilateral from the far end
-/// of the edge to the copy of the near one, 2 does so in odd positions of a checkerboard, and
-/// everything else cuts from the near end to the copy of the far one. 0, or -199 and no change.
+/// Appends the triangle pairs of `N` layers, for which IDs suffice. `pattern` 0 cuts every
+/// quadrilateral from the far end of the edge to the copy of the near one, 2 does so in odd
+/// positions of a checkerboard, and everything else cuts from the near end to the copy of the far
+/// one. 0, or -199 and no change.
 int extrude_elements_T3(const dense2D<unsigned>& connect, const node_map& map, unsigned N,
                         int pattern, dense2D<unsigned>& connectT);
 

@@ -13,24 +13,25 @@ namespace {
 /// A line of fewer edges than one to so many nodes is hashed: the table would take more storage.
 constexpr std::size_t SPARSE = 16;
 
-/// The map entries by one slot for each node of the mesh.
+/// The ranks in one slot for each node of the mesh. A rank never reaches the mark of the nodes that
+/// have none: it is below the number of IDs.
 class node_table {
 public:
-    [[nodiscard]] bool init(std::size_t nodes) { return copies.resize(nodes, UNSET_ID); }
+    [[nodiscard]] bool init(std::size_t nodes) { return ranks.resize(nodes, UNSET_ID); }
 
-    /// The copy of a node: the one that it has, or else `fresh`. Null when storage is refused.
+    /// The rank of a node: the one that it has, or else `fresh`. Null when storage is refused.
     const unsigned* find_or_insert(unsigned id, unsigned fresh)
     {
-        unsigned& copy = copies[id];
-        if (copy == UNSET_ID) copy = fresh;
-        return &copy;
+        unsigned& rank = ranks[id];
+        if (rank == UNSET_ID) rank = fresh;
+        return &rank;
     }
 
 private:
-    dense1D<unsigned, 8> copies;
+    dense1D<unsigned, 8> ranks;
 };
 
-/// The map entries by hashing.
+/// The ranks by hashing.
 class node_hash {
 public:
     [[nodiscard]] bool init(std::size_t edges)
@@ -52,25 +53,23 @@ private:
     chained_hash<std::pair<unsigned, unsigned>> map;
 };
 
-template <class Numbers>
-bool number_nodes(const dense2D<unsigned>& connect, unsigned first_id, Numbers& numbers,
-                  node_map& map)
+template <class Ranks>
+bool number_nodes(const dense2D<unsigned>& connect, unsigned first_id, Ranks& ranks, node_map& map)
 {
     const std::size_t edges = connect.cols;
     const std::size_t ld = connect.ld;
     const unsigned* edge = connect.column(0);
     unsigned* const source = map.sources.begin();
     unsigned* copy = map.copies.column(0);
-    unsigned rank = 0;
+    unsigned distinct = 0;
     for (std::size_t e = 0; e < edges; ++e, edge += ld)
         for (int end = 0; end < 2; ++end) {
-            const unsigned fresh = first_id + rank;
-            const unsigned* const found = numbers.find_or_insert(edge[end], fresh);
-            if (!found) return false;
-            *copy++ = *found;
-            if (*found == fresh) source[rank++] = edge[end];
+            const unsigned* const rank = ranks.find_or_insert(edge[end], distinct);
+            if (!rank) return false;
+            *copy++ = first_id + *rank;
+            if (*rank == distinct) source[distinct++] = edge[end];
         }
-    return map.sources.resize(rank);
+    return map.sources.resize(distinct);
 }
 
 } // namespace

@@ -305,9 +305,10 @@ VOREL_API int split_Q4_into_T3(const dense2D<double>& coords, const dense2D<unsi
 //               separate lines need no distinction; the edge direction is that of the columns
 //   N           number of layers, of equal height
 //   h0, h1      in its place the size at the start and at the end of the path: N becomes the length
-//               of the path by the logarithmic mean of the two, rounded in ratio, at least 1 unless
-//               told otherwise, and heights grow from layer to layer by a constant factor
-//   force_even  makes the N of sizes even
+//               of the path by the logarithmic mean of the two, rounded in ratio, the low 32 bits
+//               of that, at least 1 unless told otherwise; heights grow from layer to layer by a
+//               constant factor
+//   force_even  makes the N of sizes even, but 1 on a path of no length
 //   pattern     how quadrilaterals are cut: 0 from the edge's second node to the copy of its first,
 //               1 from the first to the copy of the second, 2 as 0 where layer and edge (both
 //               counted from 0) have an odd sum and as 1 elsewhere. A value that an overload does
@@ -327,8 +328,9 @@ VOREL_API int split_Q4_into_T3(const dense2D<double>& coords, const dense2D<unsi
 // with the column counts as before. `coords` then has the row count that it had, unless another is
 // told, and the output may have got its row count. An output must not share storage with `connect`.
 //
-// O(n) to widen or move `coords`, O((E + m) * N) for the rest; about 100 bytes an edge at most
-// during the call. Each matrix grows once and each new entry is written once.
+// O(n) to widen or move `coords`, O((E + m) * N) for the rest. Each matrix grows once and each new
+// entry is written once. Working storage is about 100 bytes an edge; where a line of few edges lies
+// among many nodes it is hashed, and IDs that collide take up to 250.
 
 /// Translation by `V` in the plane.
 ///
@@ -391,8 +393,8 @@ VOREL_API int extrude_translate_T3(dense2D<double>& coords, const dense2D<unsign
 /// Rotation around `center` by `angle` in radians, counterclockwise where positive. With 3 rows of
 /// `coords` the new nodes lie at z = 0.0, whatever the z of the line.
 ///
-/// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -6 rows of `connectQ`. `coords` has 2
-///          rows after -199
+/// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -6 rows of `connectQ`. After -199
+///          `coords` may have lost its third row
 VOREL_API int extrude_rotate_Q4(dense2D<double>& coords, const dense2D<unsigned>& connect,
                                 const vector_fixed<double, 2>& center, double angle, unsigned N,
                                 dense2D<unsigned>& connectQ);
@@ -429,8 +431,8 @@ VOREL_API int extrude_rotate_Q4(dense2D<double>& coords, const dense2D<unsigned>
 
 /// Rotation in the plane, into triangles; z as with `extrude_rotate_Q4`. Takes any `pattern`.
 ///
-/// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -7 rows of `connectT`. `coords` has 2
-///          rows after -199
+/// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -7 rows of `connectT`. After -199
+///          `coords` may have lost its third row
 VOREL_API int extrude_rotate_T3(dense2D<double>& coords, const dense2D<unsigned>& connect,
                                 const vector_fixed<double, 2>& center, double angle, unsigned N,
                                 int pattern, dense2D<unsigned>& connectT);
@@ -439,7 +441,8 @@ VOREL_API int extrude_rotate_T3(dense2D<double>& coords, const dense2D<unsigned>
 /// counts as part of the radius.
 ///
 /// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -5, -6 `h0`, `h1` not above 0; -7
-///          `pattern` not 0, 1 or 2; -9 rows of `connectT`. `coords` has 2 rows after -199
+///          `pattern` not 0, 1 or 2; -9 rows of `connectT`. After -199 `coords` may have lost its
+///          third row
 VOREL_API int extrude_rotate_T3(dense2D<double>& coords, const dense2D<unsigned>& connect,
                                 const vector_fixed<double, 2>& center, double angle, double h0,
                                 double h1, int pattern, bool force_even,
@@ -464,10 +467,11 @@ VOREL_API int extrude_rotate_T3(dense2D<double>& coords, const dense2D<unsigned>
 
 /// Screw motion: rotation around the axis through `center` along `rotation`, as with
 /// `extrude_rotate_Q4`, and translation by `translation`, which need not lie along the axis. Plane
-/// `coords` get a third row of 0.0.
+/// `coords` get a third row of 0.0. A `translation` whose square overflows makes no layer.
 ///
-/// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -6 `translation` of no length; -9
-///          rows of `connectQ`. `coords` has 2 rows after -199
+/// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -6 `translation` of no length, also
+///          one whose square underflows; -9 rows of `connectQ`. After -199 `coords` may have lost
+///          its third row
 VOREL_API int extrude_spiral_Q4(dense2D<double>& coords, const dense2D<unsigned>& connect,
                                 const vector_fixed<double, 3>& center,
                                 const vector_fixed<double, 3>& rotation,
@@ -478,17 +482,18 @@ VOREL_API int extrude_spiral_Q4(dense2D<double>& coords, const dense2D<unsigned>
 /// gets its row count.
 ///
 /// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -6, -7 `h0`, `h1` not above 0; -9
-///          rows of `connectQ`. `coords` has 2 rows after -199
+///          rows of `connectQ`. After -199 `coords` may have lost its third row
 VOREL_API int extrude_spiral_Q4(dense2D<double>& coords, const dense2D<unsigned>& connect,
                                 const vector_fixed<double, 3>& center,
                                 const vector_fixed<double, 3>& rotation,
                                 const vector_fixed<double, 3>& translation, double h0, double h1,
                                 bool force_even, dense2D<unsigned>& connectQ);
 
-/// Screw motion, into triangles. Takes any `pattern`.
+/// Screw motion, into triangles; `translation` as with `extrude_spiral_Q4`. Takes any `pattern`.
 ///
-/// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -6 `translation` of no length; -10
-///          rows of `connectT`. `coords` has 2 rows after -199
+/// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -6 `translation` of no length, also
+///          one whose square underflows; -10 rows of `connectT`. After -199 `coords` may have lost
+///          its third row
 VOREL_API int extrude_spiral_T3(dense2D<double>& coords, const dense2D<unsigned>& connect,
                                 const vector_fixed<double, 3>& center,
                                 const vector_fixed<double, 3>& rotation,
@@ -498,7 +503,7 @@ VOREL_API int extrude_spiral_T3(dense2D<double>& coords, const dense2D<unsigned>
 /// The path is the translation alone, as with `extrude_spiral_Q4`. Takes any `pattern`.
 ///
 /// returns  -1 rows of `coords`; -2 rows or IDs of `connect`; -6 `h0` not above 0; -4 `h1` not
-///          above 0; -10 rows of `connectT`. `coords` has 2 rows after -199
+///          above 0; -10 rows of `connectT`. After -199 `coords` may have lost its third row
 VOREL_API int extrude_spiral_T3(dense2D<double>& coords, const dense2D<unsigned>& connect,
                                 const vector_fixed<double, 3>& center,
                                 const vector_fixed<double, 3>& rotation,

@@ -264,3 +264,17 @@ TEST(ExtrusionNodeMap, RanksFirstAppearancesAlikeByTableAndByHash)
                 }
         }
 }
+
+TEST(ExtrusionNodeMap, RanksDoNotDependOnTheFirstCopysID)
+{
+    // The copies' IDs pass through the unset one, by table and by hash.
+    for (const std::size_t nodes : {3u, 5000u}) {
+        tessalo2d::node_map map;
+        ASSERT_TRUE(
+            tessalo2d::extrusion_node_map({{0, 1}, {1, 2}, {2, 0}}, UNSET_ID - 1, nodes, map));
+        EXPECT_EQ(support::elements(map.sources), (std::vector<unsigned>{0, 1, 2})) << nodes;
+        EXPECT_EQ(columns(map.copies),
+                  (element_columns{{UNSET_ID - 1, UNSET_ID}, {UNSET_ID, 0}, {0, UNSET_ID - 1}}))
+            << nodes;
+    }
+}

@@ -217,8 +217,8 @@ TEST(ExtrudeRotate, BySizesALineThatStartsAtTheCentreGetsOneLayer)
 
 TEST(ExtrudeRotate, BySizesTheArcOfTheFirstNodeAloneCounts)
 {
-    // Node 1 of radius 2 comes first and node 0 of radius 50 second; half a turn in steps of pi
-    // / 4.
+    // Node 1 of radius 2 comes first and node 0 of radius 50 second.
+    // Half a turn in steps of pi / 4.
     dense2D<double> coords = {{50.0, 0.0}, {0.0, 2.0}};
     dense2D<unsigned> output;
     const vector_fixed<double, 2> origin = {{0.0, 0.0}};
@@ -240,6 +240,35 @@ TEST(ExtrudeRotate, BySizesTheArcOfTheFirstNodeAloneCounts)
     ASSERT_EQ(extrude_rotate_Q4(flat, {{1, 0}}, origin3, rotation, PI / 4, PI / 4, true, output),
               0);
     EXPECT_EQ(output.cols, 8u);
+}
+
+TEST(ExtrudeRotate, BySizesTheArcInSpaceIsTheDistanceFromTheAxisTimesTheAngle)
+{
+    const double h = PI / 4;
+    const auto layers = [h](dense2D<double> coords, const vector_fixed<double, 3>& center,
+                            const vector_fixed<double, 3>& rotation) {
+        dense2D<unsigned> output;
+        EXPECT_EQ(extrude_rotate_Q4(coords, {{0, 0}}, center, rotation, h, h, false, output), 0);
+        return output.cols;
+    };
+    const vector_fixed<double, 3> origin = {{0.0, 0.0, 0.0}};
+
+    // About the x-axis at distance 2, along y and along z, wherever on the axis: an arc of 2 pi.
+    const vector_fixed<double, 3> about_x = {{PI, 0.0, 0.0}};
+    EXPECT_EQ(layers({{7.0, 0.0, 2.0}}, origin, about_x), 8u);
+    EXPECT_EQ(layers({{7.0, -2.0, 0.0}}, origin, about_x), 8u);
+
+    // About the y-axis, by x and z together: at distance 5.
+    const vector_fixed<double, 3> about_y = {{0.0, -PI, 0.0}};
+    EXPECT_EQ(layers({{3.0, 9.0, 4.0}}, origin, about_y), 20u);
+
+    // About (2, 1, 2) / 3 from 5 (2, 1, 2) along it and (1, 2, -2) across it, at distance 3.
+    const vector_fixed<double, 3> oblique = {{PI * 2.0 / 3.0, PI / 3.0, PI * 2.0 / 3.0}};
+    EXPECT_EQ(layers({{11.0, 7.0, 8.0}}, origin, oblique), 12u);
+
+    // A plane node lies at z = 0, 2 above this centre.
+    const vector_fixed<double, 3> below = {{0.0, 0.0, -2.0}};
+    EXPECT_EQ(layers({{7.0, 0.0}}, below, about_x), 8u);
 }
 
 TEST(ExtrudeRotate, AFullTurnIsNotClosed)

@@ -163,6 +163,24 @@ TEST(ExtrudeSpiral, BySizesNoTranslationMakesNoLayer)
     }
 }
 
+TEST(ExtrudeSpiral, ATranslationWhoseSquareOverflowsMakesNoLayer)
+{
+    for (const overload& o : overloads()) {
+        if (o.moves != motion::spiral || o.by_size) continue;
+        SCOPED_TRACE(o.name);
+        arguments given;
+        given.translation = {{0.0, 1e160, 0.0}};
+        const dense2D<double> before = nodes(2, 4);
+        dense2D<double> coords = support::copy_of(before);
+        dense2D<unsigned> output;
+        EXPECT_EQ(o.run(coords, LINE, given, output), 0);
+        EXPECT_EQ(coords.rows, 2u);
+        EXPECT_EQ(bits(coords), bits(before));
+        EXPECT_EQ(output.rows, o.rows);
+        EXPECT_EQ(output.cols, 0u);
+    }
+}
+
 TEST(ExtrudeSpiral, EachNodeKeepsItsDistanceFromTheMovingCentre)
 {
     for (unsigned seed = 1; seed <= 20; ++seed) {

@@ -46,7 +46,10 @@ TEST(ExtrusionInSpace, EveryOperationIsRoundedInItsPlace)
                 SCOPED_TRACE(o.name + std::string(", rows ") + std::to_string(rows) + ", seed " +
                              std::to_string(seed));
                 // Sizes apart by a factor of 2, for a fixed count equal heights.
-                const arguments given;
+                arguments given;
+                given.N = 7;
+                given.h0 = 0.05;
+                given.h1 = 0.1;
                 const dense2D<double> before = nodes(rows, 4, seed);
                 dense2D<double> coords = support::copy_of(before);
                 dense2D<unsigned> output;

@@ -1,18 +1,16 @@
+#include "bench/support/meshes.h"
+#include "bench/support/roof.h"
+
 #include <vorel/tessalo2d.h>
 
-#include <benchmark/benchmark.h>
-
-#include <cmath>
-#include <cstring>
-#include <vector>
-
+using namespace bench_support;
 using namespace vorel;
 
 namespace {
 
-/// A loop around n x n cells, and room for what they need.
-struct square {
-    explicit square(std::size_t cells, std::size_t dimension)
+/// A loop around n x n cells of the unit square.
+struct square_loop {
+    square_loop(std::size_t cells, std::size_t dimension)
         : n(static_cast<unsigned>(std::lround(std::sqrt(static_cast<double>(cells))))),
           coords(dimension, 4 * std::size_t(n), 0.5)
     {
@@ -31,57 +29,44 @@ struct square {
     dense1D<unsigned, 8> boundary;
 };
 
-void copy_of_written(benchmark::State& state, std::size_t bytes)
-{
-    std::vector<char> from(bytes, 1);
-    std::vector<char> to(bytes, 2);
-    for (auto _ : state) {
-        std::memcpy(to.data(), from.data(), bytes);
-        benchmark::ClobberMemory();
-    }
-}
-
-/// Into the spare capacity of the outputs, as in a program that makes many grids.
-template <bool TRIANGLES>
+/// Into the spare capacity of the outputs, as in a program that makes many grids. The roof copies
+/// as many bytes as the new nodes and elements take.
+template <bool TRIANGLES, std::size_t DIMENSION>
 void mesh_struct(benchmark::State& state)
 {
-    square s(static_cast<std::size_t>(state.range(0)), static_cast<std::size_t>(state.range(1)));
+    square_loop s(static_cast<std::size_t>(state.range(0)), DIMENSION);
     const std::size_t nods0 = s.coords.cols;
     dense2D<unsigned> connect;
-    for (auto _ : state) {
-        (void)s.coords.resize(s.coords.rows, nods0);
+    const auto run = [&] {
+        (void)s.coords.resize(DIMENSION, nods0); // a cut
         connect.clear();
-        if constexpr (TRIANGLES)
-            benchmark::DoNotOptimize(
-                tessalo2d::mesh_struct_T3(s.coords, s.boundary, s.n, 2, connect));
-        else
-            benchmark::DoNotOptimize(tessalo2d::mesh_struct_Q4(s.coords, s.boundary, s.n, connect));
+        return TRIANGLES ? tessalo2d::mesh_struct_T3(s.coords, s.boundary, s.n, 2, connect)
+                         : tessalo2d::mesh_struct_Q4(s.coords, s.boundary, s.n, connect);
+    };
+    (void)run(); // for the sizes; its status is 0 by construction
+    const std::size_t written = bytes(connect) + bytes(s.coords) - nods0 * DIMENSION * 8;
+    const against_roof watch(state, connect.cols, memcpy_roof(written));
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(run());
         benchmark::ClobberMemory();
     }
-    state.SetItemsProcessed(state.iterations() * static_cast<long>(connect.cols));
 }
 
-/// Copies as many bytes as the nodes and elements take.
-template <bool TRIANGLES>
-void mesh_struct_memcpy(benchmark::State& state)
+template <std::size_t DIMENSION>
+void mesh_struct_Q4(benchmark::State& state)
 {
-    const square s(static_cast<std::size_t>(state.range(0)),
-                   static_cast<std::size_t>(state.range(1)));
-    const std::size_t n = s.n;
-    const std::size_t cell_bytes = (TRIANGLES ? 6 : 4) * sizeof(unsigned);
-    copy_of_written(state, n * n * cell_bytes + (n - 1) * (n - 1) * s.coords.rows * sizeof(double));
-    state.SetItemsProcessed(state.iterations() * static_cast<long>((TRIANGLES ? 2 : 1) * n * n));
+    mesh_struct<false, DIMENSION>(state);
 }
 
-void sizes(benchmark::internal::Benchmark* b)
+template <std::size_t DIMENSION>
+void mesh_struct_T3(benchmark::State& state)
 {
-    for (const long dimension : {2, 3})
-        for (const long cells : {10000, 100000, 1000000}) b->Args({cells, dimension});
+    mesh_struct<true, DIMENSION>(state);
 }
 
-BENCHMARK(mesh_struct<false>)->Name("mesh_struct_Q4")->Apply(sizes);
-BENCHMARK(mesh_struct_memcpy<false>)->Name("mesh_struct_Q4/memcpy")->Apply(sizes);
-BENCHMARK(mesh_struct<true>)->Name("mesh_struct_T3")->Apply(sizes);
-BENCHMARK(mesh_struct_memcpy<true>)->Name("mesh_struct_T3/memcpy")->Apply(sizes);
+BENCHMARK(mesh_struct_Q4<2>)->Apply(element_counts);
+BENCHMARK(mesh_struct_Q4<3>)->Apply(element_counts);
+BENCHMARK(mesh_struct_T3<2>)->Apply(element_counts);
+BENCHMARK(mesh_struct_T3<3>)->Apply(element_counts);
 
 } // namespace

@@ -1,90 +1,70 @@
-#include "bench/structured/grid_mesh.h"
+#include "bench/structured/adjacent_mesh.h"
+#include "bench/support/roof.h"
 
-#include <benchmark/benchmark.h>
+#include <vorel/tessalo2d.h>
 
-#include <cstring>
-
+using namespace bench_support;
 using namespace vorel;
 
 namespace {
 
-bench::adjacent_mesh mesh_of(benchmark::State& state)
-{
-    return bench::grid_mesh(static_cast<std::size_t>(state.range(0)),
-                            static_cast<std::size_t>(state.range(1)),
-                            static_cast<int>(state.range(2)));
-}
-
-/// Turns every second element at random, with its sides.
-void turn_some(bench::adjacent_mesh& m)
+/// Turns every second element at random.
+void turn_some(adjacent_mesh& m)
 {
     std::mt19937 draw(3);
-    for (std::size_t e = 0; e < m.connect.cols; ++e) {
-        if (draw() % 2) continue;
-        std::swap(m.connect(0, e), m.connect(2, e));
-        if (m.connect.rows == 3) {
-            std::swap(m.neighbors(0, e), m.neighbors(2, e));
-        } else {
-            std::swap(m.neighbors(0, e), m.neighbors(1, e));
-            std::swap(m.neighbors(2, e), m.neighbors(3, e));
+    for (std::size_t e = 0; e < m.connect.cols; ++e)
+        if (draw() % 2) std::swap(m.connect(0, e), m.connect(2, e));
+    m.neighbors = neighbors_of(m.connect);
+}
+
+/// What a visit looks at, in an order that is known beforehand: the columns of the element in both
+/// matrices, and those of its neighbors in `connect`.
+unsigned visit_all(const adjacent_mesh& m, const std::vector<unsigned>& order)
+{
+    const std::size_t rows = m.connect.rows;
+    const unsigned* const connect = m.connect.column(0);
+    const unsigned* const neighbors = m.neighbors.column(0);
+    unsigned sum = 0;
+    for (const std::size_t e : order) {
+        sum += connect[rows * e];
+        for (std::size_t r = 0; r < rows; ++r) {
+            const unsigned b = neighbors[rows * e + r];
+            sum += connect[rows * (b == UNSET_ID ? e : b)];
         }
     }
+    return sum;
 }
 
+/// A turned mesh is turned anew for each run, which is not measured.
+template <form KIND, numbering ORDER, bool TURNED>
 void mesh_reorient(benchmark::State& state)
 {
-    bench::adjacent_mesh m = mesh_of(state);
-    if (state.range(3)) turn_some(m);
-    const bench::adjacent_mesh turned = m;
+    adjacent_mesh m = adjacent_grid(KIND, static_cast<std::size_t>(state.range(0)), ORDER);
+    if (TURNED) turn_some(m);
     dense2D<unsigned> connect;
     dense2D<unsigned> neighbors;
-    (void)connect.copy(turned.connect);
-    (void)neighbors.copy(turned.neighbors);
-    const std::size_t bytes = connect.size * sizeof(unsigned);
-    int flips = 0;
+    if (!connect.copy(m.connect) || !neighbors.copy(m.neighbors)) return;
+    const std::vector<unsigned> order = element_order(connect.cols, ORDER);
+    const double roof = best_seconds([&] { benchmark::DoNotOptimize(visit_all(m, order)); });
+    against_roof watch(state, connect.cols, roof);
     for (auto _ : state) {
-        state.PauseTiming();
-        std::memcpy(connect.column(0), turned.connect.column(0), bytes);
-        std::memcpy(neighbors.column(0), turned.neighbors.column(0), bytes);
-        state.ResumeTiming();
-        flips = tessalo2d::mesh_reorient(connect, neighbors, 0, 1);
+        watch.leave_out([&] {
+            std::memcpy(connect.column(0), m.connect.column(0), bytes(connect));
+            std::memcpy(neighbors.column(0), m.neighbors.column(0), bytes(neighbors));
+        });
+        benchmark::DoNotOptimize(tessalo2d::mesh_reorient(connect, neighbors, 0, 1));
         benchmark::ClobberMemory();
     }
-    state.SetItemsProcessed(state.iterations() * static_cast<long>(connect.cols));
-    state.counters["flips"] = flips;
 }
 
-/// Both columns of every element, in an order that is known beforehand.
-void reorient_gather(benchmark::State& state)
-{
-    const bench::adjacent_mesh m = mesh_of(state);
-    const std::vector<unsigned> order =
-        bench::numbers(m.connect.cols, static_cast<int>(state.range(2)), 5);
-    for (auto _ : state)
-        benchmark::DoNotOptimize(bench::gather_columns(m, order.data(), order.size()));
-    state.SetItemsProcessed(state.iterations() * static_cast<long>(m.connect.cols));
-}
+constexpr numbering NATURAL = numbering::natural;
+constexpr numbering SHUFFLED = numbering::shuffled;
 
-void shapes(benchmark::internal::Benchmark* b, std::initializer_list<long> turned)
-{
-    for (const long rows : {3, 4})
-        for (const long order : {bench::in_rows, bench::at_random})
-            for (const long some : turned)
-                for (const long elements : {10000, 100000, 1000000})
-                    b->Args({elements, rows, order, some});
-}
-
-void all_shapes(benchmark::internal::Benchmark* b)
-{
-    shapes(b, {0, 1});
-}
-
-void roof_shapes(benchmark::internal::Benchmark* b)
-{
-    shapes(b, {0});
-}
-
-BENCHMARK(mesh_reorient)->Apply(all_shapes);
-BENCHMARK(reorient_gather)->Name("mesh_reorient/gather")->Apply(roof_shapes);
+BENCHMARK(mesh_reorient<form::T3, NATURAL, false>)->Apply(element_counts);
+BENCHMARK(mesh_reorient<form::T3, NATURAL, true>)->Apply(element_counts);
+BENCHMARK(mesh_reorient<form::T3, SHUFFLED, false>)->Apply(element_counts);
+BENCHMARK(mesh_reorient<form::T3, SHUFFLED, true>)->Apply(element_counts);
+BENCHMARK(mesh_reorient<form::mixed, NATURAL, true>)->Apply(element_counts);
+BENCHMARK(mesh_reorient<form::mixed, SHUFFLED, true>)->Apply(element_counts);
 
 } // namespace

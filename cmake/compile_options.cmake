@@ -3,14 +3,24 @@
 # Results are reproducible bit for bit: products and sums are not contracted, on any target, and no
 # source of the library compiles under options that change the arithmetic - the guard is included
 # ahead of each of them. None of it is carried to users: the public headers hold no floating-point
-# arithmetic, they only move numbers, so a user's program may be built with any options.
+# arithmetic, they only move numbers, so a user's program may be compiled with any options.
 #
 # Nobody reads errno or the floating-point exception flags: without them a square root is an
 # instruction, a choice needs no branch and loops over elements are vectorised, with the same bits.
 add_library(tessalo2d_options INTERFACE)
-target_compile_options(tessalo2d_options INTERFACE -ffp-contract=off -fno-math-errno
-                                                   -fno-trapping-math -Wall -Wextra -Wpedantic
-                                                   -Wshadow -Wconversion)
+target_compile_options(
+  tessalo2d_options
+  INTERFACE -ffp-contract=off
+            -fno-associative-math
+            -fno-reciprocal-math
+            -fsigned-zeros
+            -fno-math-errno
+            -fno-trapping-math
+            -Wall
+            -Wextra
+            -Wpedantic
+            -Wshadow
+            -Wconversion)
 if(TESSALO2D_WERROR)
   target_compile_options(tessalo2d_options INTERFACE -Werror)
 endif()

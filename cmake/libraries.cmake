@@ -24,8 +24,8 @@ if(TESSALO2D_SHARED)
   # Standard library templates that the code instantiates carry default visibility: the map keeps
   # them in. Of the libraries that LAPACK brings only those with a used symbol are needed.
   set(export_map ${PROJECT_SOURCE_DIR}/cmake/exports.map)
-  target_link_options(tessalo2d_shared PRIVATE -Wl,--version-script=${export_map}
-                      -Wl,--as-needed)
+  target_link_options(tessalo2d_shared PRIVATE
+                      "SHELL:-Xlinker \"--version-script=${export_map}\"" -Wl,--as-needed)
   set_target_properties(tessalo2d_shared PROPERTIES LINK_DEPENDS ${export_map})
   if(PROJECT_IS_TOP_LEVEL AND NOT TESSALO2D_SANITIZERS)
     # The run-time libraries of some sanitizers are linked to programs only.

@@ -17,7 +17,8 @@ double logarithmic_mean(double h0, double h1);
 
 /// `x` subdivisions rounded to a multiple of `step`, to the one that is nearer in ratio: the
 /// dividing line is the geometric mean of the two neighbours, and a tie goes down. A NaN counts as
-/// 0, and a count beyond 64 bits as the largest one.
+/// 0. A ratio beyond 64 bits is cut to the largest one and the products wrap: the result is then 0
+/// for steps 1 and 2. A negative `x` gives `step`, unless its square is 0.
 std::size_t subdivision_count(double x, std::size_t step);
 
 } // namespace vorel::tessalo2d

@@ -20,11 +20,11 @@ constexpr std::size_t LARGE_BLOCK = 2 * LARGE_PAGE;
 
 void* allocate_large(std::size_t bytes) noexcept
 {
-    if (bytes > std::numeric_limits<std::size_t>::max() - LARGE_PAGE) return nullptr;
-    const std::size_t whole_pages = (bytes + LARGE_PAGE - 1) / LARGE_PAGE * LARGE_PAGE;
-    void* const memory = std::aligned_alloc(LARGE_PAGE, whole_pages);
-    // An advice only: without large pages the memory serves as well.
-    if (memory) (void)madvise(memory, whole_pages, MADV_HUGEPAGE);
+    void* memory = nullptr;
+    // The alignment takes address space of its own: where that is short, any place will do.
+    if (posix_memalign(&memory, LARGE_PAGE, bytes) != 0) return std::malloc(bytes);
+    // An advice only. Not for the last part of a page, which would make the block larger.
+    (void)madvise(memory, bytes / LARGE_PAGE * LARGE_PAGE, MADV_HUGEPAGE);
     return memory;
 }
 

@@ -16,13 +16,14 @@
 //   -k     argument k, counted from 1, failed its check
 //   -199   out of memory
 //
-// Results are appended behind what the caller passes in unless a function says otherwise. An input
-// without entries is nothing to do, not an error, whatever the other arguments hold. Entries that
-// name no node or element where no check is promised are treated as absent; no input makes a call
-// read or write outside its matrices or run for ever. Outputs must not share storage with other
-// arguments. The library throws nothing of its own: `std::bad_alloc` passes when the small object
-// of a new storage block can't be had. It keeps no state; two calls may run at once when neither
-// writes what the other reads. Results are the same bit for bit on every run.
+// Results are appended behind what the caller passes in, and an input without entries is nothing to
+// do, not an error, whatever the other arguments hold, unless a function says otherwise. Entries
+// that name no node or element where no check is promised are treated as absent; no input makes a
+// call read or write outside its matrices or run for ever. Outputs must not share storage with
+// other arguments. The library throws nothing of its own: `std::bad_alloc` passes when the small
+// object of a new storage block, or a list that lives for one call, can't be had. It keeps no
+// state; two calls may run at once when neither writes what the other reads. Results are the same
+// bit for bit on every run.
 #pragma once
 
 #include <vorel/append.h>
@@ -826,7 +827,7 @@ VOREL_API int principal_curvatures(const dense2D<double>& coords, const dense2D<
 ///              one for |normal_size| * h
 /// metrics      grows: 6 x M, rows m00, m01, m11, m02, m12, m22. M is the larger of its present
 ///              column count and the largest ID of `connect` plus 1 (an empty `connect` counts as
-///              the ID 0); new columns start at zero, which constrains nothing. The columns of other
+///              the ID 0); new columns start at zero, which constrains nothing. Columns of other
 ///              nodes keep their values
 /// returns      0; -1 rows of `coords`; -2 rows or IDs of `connect`; -4 rows of `metrics`; -199,
 ///              with nothing changed

@@ -158,9 +158,10 @@ TEST(LogarithmicMean, SeriesTakesOverBelowATenth)
 
 TEST(LogarithmicMean, LogarithmIsOfTheRoundedSum)
 {
-    // ln(1 + x) with 1 + x rounded, not log1p: at x = 0.3 the two differ in their bits.
-    const double x = (1.3 - 1.0) / 1.0;
-    EXPECT_EQ(logarithmic_mean(1.0, 1.3), x / std::log(1.0 + x));
+    // ln(1 + x) with 1 + x rounded, not log1p: the two differ in their bits here.
+    const double x = (4.0 - 3.0) / 3.0;
+    ASSERT_NE(x / std::log(1.0 + x) * 3.0, x / std::log1p(x) * 3.0);
+    EXPECT_EQ(logarithmic_mean(3.0, 4.0), x / std::log(1.0 + x) * 3.0);
 }
 
 TEST(SubdivisionCount, RoundsInRatioAndTiesGoDown)

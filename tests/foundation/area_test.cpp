@@ -226,9 +226,29 @@ TEST(Area, NeedleKeepsItsAreaByTheShorterSides)
         EXPECT_EQ(area_of(coords, turned), expected);
 }
 
+TEST(Area, LargeMeshesAreSummedInColumnOrderToTheLastBit)
+{
+    // Counts around powers of two and odd ones: the sum goes on over whatever is worked on at once.
+    for (const std::size_t dimension : {2u, 3u})
+        for (mesh m :
+             {support::grid_T3(40, 33, dimension), support::grid_mixed(40, 33, dimension, 5)}) {
+            support::jitter(m, 0.4, 7);
+            for (const std::size_t cols : {511u, 512u, 513u, 1023u, 1024u, 1025u, 1537u}) {
+                ASSERT_LE(cols, m.connect.cols);
+                mesh part = m;
+                part.connect.cols = cols;
+                expect_every_bit(part, part.name + ", " + std::to_string(cols));
+                const placed<unsigned> connect(part.connect, 3, 2);
+                const placed<double> coords(part.coords, 5, 1);
+                EXPECT_EQ(support::bits(area_of(coords.view, connect.view)),
+                          support::bits(plain_area(part)))
+                    << part.name << ", " << cols;
+            }
+        }
+}
+
 TEST(Cross2, IsTwiceTheSignedArea)
 {
-
     EXPECT_EQ(cross2(vec2{{3, 0}}, vec2{{0, 4}}), 12.0);
     EXPECT_EQ(cross2(vec2{{0, 4}}, vec2{{3, 0}}), -12.0);
     EXPECT_EQ(cross3(vec3{{3, 0, 0}}, vec3{{0, 4, 0}}), 12.0);

@@ -88,6 +88,7 @@ std::size_t each_refused_allocation(
             EXPECT_EQ(live_allocations(), live_before) << "storage leaked: " << told;
             if (struck) ++refusals;
         }
+        EXPECT_FALSE(struck) << "never served";
     }
     return refusals;
 }

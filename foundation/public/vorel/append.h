@@ -11,10 +11,10 @@ template <std::size_t N>
 [[nodiscard]] bool append_column(dense2D<unsigned>& target, const unsigned (&entries)[N])
 {
     if (!target.is_empty() && target.rows != N) return false;
-    if (target.cols == target.column_capacity())
-        // Room ahead is a convenience: the resize decides.
-        (void)target.reserve(N, std::max<std::size_t>(2 * target.cols, 4), 1);
     const std::size_t last = target.is_empty() ? 0 : target.cols;
+    if (last == target.column_capacity())
+        // Room ahead is a convenience: the resize decides.
+        (void)target.reserve(N, std::max<std::size_t>(2 * last, 4), 1);
     if (!target.resize(N, last + 1)) return false;
     std::copy(entries, entries + N, target.column(last));
     return true;

@@ -40,6 +40,7 @@ public:
 
     /// The source is left as an empty view with a block of its own.
     dense1D(dense1D&& other) : dense1D() { swap(other); }
+    /// The two change places.
     dense1D& operator=(dense1D&& other) noexcept
     {
         swap(other);

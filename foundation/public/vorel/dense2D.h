@@ -47,6 +47,7 @@ public:
 
     /// The source is left as an empty matrix with a block of its own.
     dense2D(dense2D&& other) : dense2D() { swap(other); }
+    /// The two change places.
     dense2D& operator=(dense2D&& other) noexcept
     {
         swap(other);

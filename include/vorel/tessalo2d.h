@@ -633,7 +633,7 @@ VOREL_API int convert_degenerated_Q(dense2D<unsigned>& connect,
 /// A neighbor that does not hold the common edge is a conflict. It sets the result to -2, and later
 /// flips count on from there; while the result is negative each element compares itself to one
 /// neighbor only. A surface that can't be oriented is no error. O(E); 4 bytes and 2 bits for each
-/// element, from the standard allocator, before anything changes.
+/// element, from the standard allocator, whose `std::bad_alloc` passes before anything changes.
 VOREL_API int mesh_reorient(dense2D<unsigned>& connect, dense2D<unsigned>& neighbors, unsigned seed,
                             int all_regions);
 
@@ -653,8 +653,9 @@ VOREL_API int mesh_reorient(dense2D<unsigned>& connect, dense2D<unsigned>& neigh
 ///
 /// Only elements that can be reached across sides that touch the node are listed. When an element
 /// on the way does not hold the node, or the lists find no storage, the run ends there with status
-/// 0; `offsets` has then at most n + 2 entries for the node n where it ended. O(size of the
-/// lists); 4 bytes for each element beside the outputs.
+/// 0; `offsets` has then n + 2 entries for the node n where it ended. O(N + size of the lists); 4
+/// bytes for each element beside the outputs, and the longest fan from the standard allocator, whose
+/// `std::bad_alloc` passes.
 VOREL_API int get_connected_elements(const dense2D<unsigned>& connect,
                                      const dense2D<unsigned>& neighbors,
                                      const dense1D<unsigned, 8>& node_element,

@@ -17,8 +17,8 @@ struct node_sides {
     unsigned char out_of;
 };
 
-/// The sides for each set of corners that are the node, of which the first one counts, in a triangle
-/// and in a quadrilateral.
+/// The sides for each set of corners that are the node, of which the first one counts, in a
+/// triangle and in a quadrilateral.
 struct node_side_table {
     /// Of an element that does not hold the node.
     static constexpr unsigned char NONE = 4;

@@ -1,9 +1,9 @@
 // Reorientation of connected regions: the elements around a seed are visited breadth first, and
 // each one that runs its common edge the same way as the element it was reached from is flipped.
 //
-// Where a side leads, in which corner an edge begins, which kind an element is: all of it is as good
-// as random, and a branch on it costs more than the work. So the comparisons become bits that a
-// table tells the meaning of, and only what is rare is branched on.
+// Where a side leads, in which corner an edge begins, which kind an element is: all of it is as
+// good as random, and a branch on it costs more than the work. So the comparisons become bits that
+// a table tells the meaning of, and only what is rare is branched on.
 #include "foundation/status.h"
 #include "structured/corner_set.h"
 
@@ -253,8 +253,8 @@ private:
     /// Those that an ID can name.
     std::size_t elements;
     element_marks marks;
-    /// Each element enters at most once, so the queue never turns round. Behind the last one there is
-    /// room for one that is written and not counted.
+    /// Each element enters at most once, so the queue never turns round. Behind the last one there
+    /// is room for one that is written and not counted.
     std::unique_ptr<unsigned[]> queue;
     std::size_t head = 0;
     std::size_t tail = 0;

@@ -654,8 +654,8 @@ VOREL_API int mesh_reorient(dense2D<unsigned>& connect, dense2D<unsigned>& neigh
 /// Only elements that can be reached across sides that touch the node are listed. When an element
 /// on the way does not hold the node, or the lists find no storage, the run ends there with status
 /// 0; `offsets` has then n + 2 entries for the node n where it ended. O(N + size of the lists); 4
-/// bytes for each element beside the outputs, and the longest fan from the standard allocator, whose
-/// `std::bad_alloc` passes.
+/// bytes for each element beside the outputs, and the longest fan from the standard allocator,
+/// whose `std::bad_alloc` passes.
 VOREL_API int get_connected_elements(const dense2D<unsigned>& connect,
                                      const dense2D<unsigned>& neighbors,
                                      const dense1D<unsigned, 8>& node_element,

@@ -84,8 +84,7 @@ TEST(MetricsGenAniso3d, ProposalsOfANodeAreIntersected)
 
 TEST(MetricsGenAniso3d, AnEdgeOfTwoTrianglesCountsTwice)
 {
-    // Edges of lengths 1 (shared), 2 and sqrt(5): node 0 has (1 + 2) from each triangle; with a third
-    // triangle that shares no edge the mean would move.
+    // At node 0 the shared edge of length 1 counts with both triangles, beside one of 2 and one of 4.
     const dense2D<double> coords{{0, 0, 0}, {1, 0, 0}, {0, 2, 0}, {0, -4, 0}};
     const dense2D<unsigned> connect{{0, 1, 2}, {1, 0, 3}};
     dense2D<double> metrics;
@@ -116,8 +115,8 @@ TEST(MetricsGenAniso3d, DegenerateTriangleTakesTheFirstAxisAsItsNormal)
 
 TEST(MetricsGenAniso3d, ATriangleEndsAtItsFirstNodeWithoutASize)
 {
-    // Node 1 is so far away that its edges are infinite. Triangle (0, 1, 2) serves node 0 and stops;
-    // node 2 is served by nothing else, node 0 by its finite edge to node 2.
+    // Node 1 is so far away that its edges are infinite. The triangle serves node 0, which has a
+    // finite edge to node 2, and stops before it gets to node 2.
     const double FAR = 1e200;
     const dense2D<double> coords{{0, 0, 0}, {FAR, 0, 0}, {0, 2, 0}};
     dense2D<double> metrics;

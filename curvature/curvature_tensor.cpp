@@ -19,7 +19,7 @@ void add_share(const surface_patches::edge_share& share, symmetric_fixed<double,
 {
     if (share.weight == 0.0) return;
     const vec3& v = share.direction;
-    int at = 0;
+    std::size_t at = 0;
     for (int p = 0; p < 3; ++p)
         for (int q = 0; q <= p; ++q) tensor[at++] += share.weight * v[p] * v[q];
 }

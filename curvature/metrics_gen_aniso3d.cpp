@@ -69,7 +69,7 @@ symmetric_fixed<double, 3> tangent_metric(double t, const vec3& u, const vec3& v
                                           const vec3& n)
 {
     symmetric_fixed<double, 3> m;
-    int at = 0;
+    std::size_t at = 0;
     for (int p = 0; p < 3; ++p)
         for (int q = 0; q <= p; ++q) m[at++] = t * u[p] * u[q] + t * v[p] * v[q] + w * n[p] * n[q];
     return m;

@@ -11,16 +11,16 @@ namespace {
 
 /// One entry of the copy of a node at position `t` of the path. Volatile: every operation rounded,
 /// in this order.
-double moved(const overload& o, const arguments& a, double t, const double p[3], int i)
+double moved(const overload& o, const arguments& a, double t, const double p[3], std::size_t i)
 {
     volatile double scaled[3];
-    for (int k = 0; k < 3; ++k) scaled[k] = t * a.rotation[k];
+    for (std::size_t k = 0; k < 3; ++k) scaled[k] = t * a.rotation[k];
     const double v[3] = {scaled[0], scaled[1], scaled[2]};
     tessalo2d::rotation_record record;
     tessalo2d::rotation_from_vector(record, v);
 
     volatile double d[3];
-    for (int k = 0; k < 3; ++k) d[k] = p[k] - a.center[k];
+    for (std::size_t k = 0; k < 3; ++k) d[k] = p[k] - a.center[k];
     volatile double product = record.R[i] * d[0];
     volatile double sum = product;
     product = record.R[3 + i] * d[1];
@@ -65,10 +65,9 @@ TEST(ExtrusionInSpace, EveryOperationIsRoundedInItsPlace)
                                       : share;
                         const double p[3] = {before(0, SOURCES[k]), before(1, SOURCES[k]),
                                              rows == 3 ? before(2, SOURCES[k]) : 0.0};
-                        for (int i = 0; i < 3; ++i)
-                            EXPECT_EQ(
-                                bits(coords(static_cast<std::size_t>(i), 4 + (l - 1) * 3 + k)),
-                                bits(moved(o, given, t, p, i)))
+                        for (std::size_t i = 0; i < 3; ++i)
+                            EXPECT_EQ(bits(coords(i, 4 + (l - 1) * 3 + k)),
+                                      bits(moved(o, given, t, p, i)))
                                 << "layer " << l << ", rank " << k << ", entry " << i;
                     }
             }

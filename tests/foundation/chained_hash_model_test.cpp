@@ -201,7 +201,7 @@ class ChainedHashModel : public testing::Test {
 };
 
 using keys = testing::Types<unsigned, ID_value, edge2, edge_value>;
-TYPED_TEST_SUITE(ChainedHashModel, keys);
+TYPED_TEST_SUITE(ChainedHashModel, keys, );
 
 TYPED_TEST(ChainedHashModel, EverySlotIsWhereThePlainTableHasIt)
 {

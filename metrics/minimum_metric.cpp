@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace vorel::tessalo {
 
@@ -26,8 +27,11 @@ constexpr double epsilon = std::numeric_limits<double>::epsilon();
 constexpr double negative_tolerance = 1e-12;
 /// How far an operand may be below the other one and still cover it, as a fraction of S.
 constexpr double cover_tolerance = 8.0 * epsilon;
+/// How far an operand may be below 0 and still be a metric to rounding of its entries: of entry ij
+/// as a fraction of sqrt(Mii Mjj).
+constexpr double rounding_tolerance = 4.0 * epsilon;
 /// A pivot of S that is not above this is made of rounding errors; the diagonal of S lies between 1
-/// and 8.
+/// and 8. So is what D has beyond U'EU, up to this as a fraction of sqrt(Sii Sjj).
 constexpr double rank_tolerance = 16.0 * epsilon;
 
 bool is_zero(const metric& m)
@@ -52,6 +56,13 @@ matrix3 full(const metric& m)
              {m.data[3], m.data[4], m.data[5]}}};
 }
 
+/// Raises the diagonal by a fraction of itself.
+matrix3 enlarged(matrix3 a, double fraction)
+{
+    for (int i = 0; i < 3; ++i) a[i][i] += fraction * a[i][i];
+    return a;
+}
+
 /// Eliminates without exchange. True proves that no eigenvalue is below 0 by more than rounding;
 /// false proves nothing.
 bool is_surely_semidefinite(matrix3 a)
@@ -74,14 +85,14 @@ bool is_surely_semidefinite(matrix3 a)
 
 enum class verdict {
     no_metric,
-    by_tolerance, ///< may have small negative eigenvalues
+    by_tolerance, ///< has small negative eigenvalues, beyond rounding in the scales of the axes
     semidefinite
 };
 
 verdict judge(const metric& m)
 {
     matrix3 a = full(m);
-    if (is_surely_semidefinite(a)) return verdict::semidefinite;
+    if (is_surely_semidefinite(enlarged(a, rounding_tolerance))) return verdict::semidefinite;
     double largest_entry = 0.0;
     for (const double x : m.data) {
         if (!std::isfinite(x)) return verdict::no_metric;
@@ -98,17 +109,35 @@ verdict judge(const metric& m)
     return verdict::by_tolerance;
 }
 
-/// Takes negative eigenvalues out.
-void make_semidefinite(matrix3& a)
+/// The metric with a diagonal raised until no eigenvalue is negative, to rounding of each axis by
+/// itself, so that no scale of the axes blows up what is left. Taking the negative eigenvalues out
+/// would leave errors of the largest entry in all axes.
+///
+/// If no eigenvalue is below -t, no entry is raised by more than 11 t: eliminating the largest
+/// diagonal entry first, p, has multipliers of at most about 1, so the other two are raised by at
+/// most 2 t and what is left has no eigenvalue below -3 t; that is raised by at most 9 t.
+metric raised(metric m)
 {
-    matrix3 values = a;
-    matrix3 vectors;
-    jacobi_eigen3(values, vectors);
-    for (int k = 0; k < 3; ++k) {
-        if (!(values[k][k] < 0.0)) continue;
-        for (int i = 0; i < 3; ++i)
-            for (int j = 0; j < 3; ++j) a[i][j] -= values[k][k] * (vectors[i][k] * vectors[j][k]);
+    std::size_t p = 0;
+    for (std::size_t j = 1; j < 3; ++j)
+        if (m(j, j) > m(p, p)) p = j;
+    std::size_t q = p == 0 ? 1 : 0;
+    std::size_t r = 3 - p - q;
+    double left[3];
+    for (const std::size_t j : {q, r}) {
+        const double least = m(p, j) / m(p, p) * m(p, j);
+        m(j, j) = std::max(m(j, j), least);
+        left[j] = m(j, j) - least;
     }
+    if (left[r] > left[q]) std::swap(q, r);
+    const double off = std::fabs(m(q, r) - m(p, q) / m(p, p) * m(p, r));
+    // left[q] left[r] has to be off^2 or more.
+    if (off > left[q]) {
+        m(q, q) += off - left[q];
+        left[q] = off;
+    }
+    if (off > 0.0) m(r, r) += std::max(off / left[q] * off - left[r], 0.0);
+    return m;
 }
 
 /// Powers of two for the axes that bring the larger of two diagonal entries to between 1 and 4.
@@ -234,11 +263,27 @@ struct factor {
     int rank = 0;
 };
 
-/// (S + U'|E|U) / 2, written as S - U'(1 - |E|)U / 2: where U has no row it is S.
+/// Whether U'EU is D. Where S is below rounding, D may still have entries of up to the root of
+/// that: of two needles that are close, S is quadratic in the angle between them and D is linear.
+bool is_whole(const factor& f, const matrix3& e, const matrix3& s, const matrix3& d)
+{
+    for (int i = 0; i < 3; ++i)
+        for (int j = 0; j <= i; ++j) {
+            double rest = d[i][j];
+            for (int k = 0; k < f.rank; ++k)
+                for (int l = 0; l < f.rank; ++l) rest -= f.u[k][i] * e[k][l] * f.u[l][j];
+            if (!(std::fabs(rest) <= rank_tolerance * std::sqrt(s[i][i] * s[j][j]))) return false;
+        }
+    return true;
+}
+
+/// (S + U'|E|U) / 2, written as S - U'(1 - |E|)U / 2: where U has no row it is S. S covers both
+/// operands; it is also what is left to do when U has no rows for all of D.
 matrix3 larger_of_both(matrix3 s, const matrix3& d)
 {
     const factor f(s);
     matrix3 e = f.reduced(d);
+    if (f.rank < 3 && !is_whole(f, e, s, d)) return s;
     matrix3 z;
     jacobi_eigen3(e, z);
     for (int k = 0; k < 3; ++k) {
@@ -262,7 +307,7 @@ metric larger_of_diagonals(const metric& a, const metric& b)
 /// Of two metrics neither of which is zero or diagonal with the other one.
 metric intersection(const metric& a, verdict a_is, const metric& b, verdict b_is)
 {
-    const axis_scaling axes(a, b);
+    axis_scaling axes(a, b);
     matrix3 first = axes.scaled(a);
     matrix3 second = axes.scaled(b);
     const matrix3 d = difference(first, second);
@@ -271,8 +316,13 @@ metric intersection(const metric& a, verdict a_is, const metric& b, verdict b_is
     if (a_covers && b_covers) return d[0][0] + d[1][1] + d[2][2] > 0.0 ? a : b;
     if (a_covers) return a;
     if (b_covers) return b;
-    if (a_is == verdict::by_tolerance) make_semidefinite(first);
-    if (b_is == verdict::by_tolerance) make_semidefinite(second);
+    if (a_is == verdict::by_tolerance || b_is == verdict::by_tolerance) {
+        const metric p = a_is == verdict::by_tolerance ? raised(a) : a;
+        const metric q = b_is == verdict::by_tolerance ? raised(b) : b;
+        axes = axis_scaling(p, q);
+        first = axes.scaled(p);
+        second = axes.scaled(q);
+    }
     return axes.restored(larger_of_both(sum(first, second), difference(first, second)));
 }
 

@@ -45,11 +45,10 @@ inline metric scaled(metric m, const double (&f)[3])
     return m;
 }
 
-/// The eigenvalues of M - A, ascending, after the axes were scaled so that A + B has a diagonal of
+/// The eigenvalues of M - A, ascending, after the axes were scaled so that S has a diagonal of
 /// ones: what is left of A's constraint in the directions in which M is more than A.
-inline std::vector<real> slack(const metric& m, const metric& a, const metric& b)
+inline std::vector<real> slack(const metric& m, const metric& a, const matrix& s)
 {
-    const matrix s = reference::combination<3>(1, reference::full(a), 1, reference::full(b));
     matrix rest = reference::combination<3>(1, reference::full(m), -1, reference::full(a));
     for (std::size_t i = 0; i < 3; ++i)
         for (std::size_t j = 0; j < 3; ++j) {
@@ -57,6 +56,12 @@ inline std::vector<real> slack(const metric& m, const metric& a, const metric& b
             rest[i][j] = unit > 0 ? rest[i][j] / unit : 0;
         }
     return reference::eigen_of(rest).values;
+}
+
+/// As fractions of S = A + B.
+inline std::vector<real> slack(const metric& m, const metric& a, const metric& b)
+{
+    return slack(m, a, reference::combination<3>(1, reference::full(a), 1, reference::full(b)));
 }
 
 /// Covers both operands to rounding.
@@ -124,6 +129,24 @@ inline std::pair<metric, metric> in_one_frame(std::mt19937& draw, const std::vec
     const matrix t = reference::transpose(r);
     return {reference::packed(r * reference::diagonal<3>(a) * t),
             reference::packed(r * reference::diagonal<3>(b) * t)};
+}
+
+/// Two metrics with these eigenvalues in one random frame, the second one turned in the plane of
+/// the last two by 1e-10 to 1e-6: S may be singular to rounding in a direction in which the
+/// difference of the two, linear in the angle, is not.
+inline std::pair<metric, metric> close_to_each_other(std::mt19937& draw, const std::vector<real>& a,
+                                                     const std::vector<real>& b)
+{
+    std::uniform_real_distribution<double> exponent(-10.0, -6.0);
+    const real angle = std::pow(10.0, exponent(draw));
+    const matrix r = reference::random_rotation<3>(draw);
+    matrix turn = reference::diagonal<3>({1, std::cos(angle), std::cos(angle)});
+    turn[1][2] = -std::sin(angle);
+    turn[2][1] = std::sin(angle);
+    const auto in_frame = [](const matrix& f, const std::vector<real>& values) {
+        return reference::packed(f * reference::diagonal<3>(values) * reference::transpose(f));
+    };
+    return {in_frame(r, a), in_frame(r * turn, b)};
 }
 
 inline const pair_maker all_pairs[] = {
@@ -198,6 +221,30 @@ inline const pair_maker all_pairs[] = {
     {"one plane, thin, the sum singular",
      [](std::mt19937& draw) {
          return in_one_frame(draw, {0, 1, 1e9L}, {0, 1e9L, 1});
+     }},
+    {"close needles",
+     [](std::mt19937& draw) {
+         return close_to_each_other(draw, {0, 0, 1}, {0, 0, 1});
+     }},
+    {"close blades",
+     [](std::mt19937& draw) {
+         return close_to_each_other(draw, {1, 0, 1}, {2, 0, 1});
+     }},
+    {"close needles of condition 1e10",
+     [](std::mt19937& draw) {
+         return close_to_each_other(draw, {1, 1, 1e10L}, {2, 1.5L, 0.7e10L});
+     }},
+    {"close needles of condition 1e12",
+     [](std::mt19937& draw) {
+         return close_to_each_other(draw, {1, 1, 1e12L}, {2, 1.5L, 0.7e12L});
+     }},
+    {"close needles of condition 1e12 in one plane",
+     [](std::mt19937& draw) {
+         return close_to_each_other(draw, {0, 1, 1e12L}, {0, 1.5L, 0.7e12L});
+     }},
+    {"close needles of condition 1e15",
+     [](std::mt19937& draw) {
+         return close_to_each_other(draw, {1, 1, 1e15L}, {2, 1.5L, 0.7e15L});
      }},
     {"slightly negative",
      [](std::mt19937& draw) {

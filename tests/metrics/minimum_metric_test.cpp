@@ -115,6 +115,59 @@ TEST(MinimumMetric, AnEigenvalueMayBeNegativeByABillionthOfAThousandth)
     }
 }
 
+TEST(MinimumMetric, WhatTheToleranceLetsPassIsNotBlownUpByAThinAxis)
+{
+    // The determinant of the first two axes is -2.5e-13; 2.5e-13 on the diagonal make it a needle,
+    // and of two needles in different directions the intersection is the sum.
+    const metric a = {{1.0, 5e-7, 0.0, 0.0, 0.0, 1.0}};
+    for (const real thin : {1e-20L, 1e-100L, 1e-300L}) {
+        const metric m = minimum(a, diagonal(1, thin, 1));
+        EXPECT_NEAR(m[0], 2.0, 1e-6);
+        EXPECT_NEAR(m[1], 5e-7, 1e-12);
+        EXPECT_NEAR(m[2], 2.5e-13, 1e-18);
+        EXPECT_EQ(m[3], 0.0);
+        EXPECT_EQ(m[4], 0.0);
+        EXPECT_NEAR(m[5], 1.0, 1e-15);
+    }
+}
+
+TEST(MinimumMetric, CoversWhatIsAMetricByToleranceAndAddsNoMoreThanTheTolerance)
+{
+    const metric thin[] = {diagonal(1, 1e-12L, 1),       diagonal(1e-3L, 1e-16L, 1),
+                           diagonal(1, 1e-20L, 1),       diagonal(1, 1e-300L, 1),
+                           diagonal(1e-30L, 1e-300L, 1), diagonal(0, 1e-300L, 0)};
+    for (unsigned seed = 1; seed <= 300; ++seed) {
+        std::mt19937 draw(seed);
+        std::uniform_real_distribution<double> small(-3e-7, 3e-7);
+        std::uniform_real_distribution<double> tiny(-3e-13, 3e-13);
+        std::uniform_real_distribution<double> any(-0.5, 0.5);
+        const metric operands[] = {{{1.0, small(draw), 0.0, any(draw), small(draw), 1.0}},
+                                   {{1.0, small(draw), tiny(draw), any(draw), small(draw), 1.0}},
+                                   {{1.0, tiny(draw), tiny(draw), small(draw), tiny(draw), 0.0}},
+                                   reference::random_symmetric<3>(draw, {-9e-13L, 0.5L, 1}),
+                                   reference::random_symmetric<3>(draw, {-9e-13L, -9e-13L, 1})};
+        for (const metric& a : operands)
+            for (const metric& b : thin) {
+                SCOPED_TRACE(testing::Message() << "seed " << seed << ", " << a[2] << ", " << b[2]);
+                const metric m = minimum(a, b);
+                ASSERT_TRUE(same_bits(minimum(b, a), m));
+                // The operand may have nothing on its diagonal, or less.
+                matrix unit = reference::full(m);
+                for (std::size_t i = 0; i < 3; ++i)
+                    unit[i][i] = std::max({m(i, i), b(i, i), std::fabs(a(i, i))});
+                ASSERT_GE(slack(m, a, unit)[0], -ROUNDING);
+                ASSERT_GE(slack(m, b, unit)[0], -ROUNDING);
+                // The sum of the two, with a diagonal raised by 11 times the tolerance of an
+                // eigenvalue of 1.6 at most. E has errors of up to a sixteenth, where S is about to
+                // be singular.
+                for (std::size_t i = 0; i < 3; ++i)
+                    ASSERT_LE(m(i, i), 1.1 * (a(i, i) + b(i, i) + 11 * 1.6e-12));
+                ASSERT_TRUE(same_bits(minimum(m, a), m));
+                ASSERT_TRUE(same_bits(minimum(b, m), m));
+            }
+    }
+}
+
 TEST(MinimumMetric, OfDiagonalMetricsIsTheLargerEntryExactly)
 {
     EXPECT_TRUE(same_bits(minimum(diagonal(4, 1, 7), diagonal(1, 9, 7)), diagonal(4, 9, 7)));
@@ -247,6 +300,37 @@ TEST(MinimumMetric, OfConstraintsInOnePlaneIsAsTightAsInSpace)
         const metric b = reference::packed(turned({0, 4, 1}));
         ASSERT_LT(scaled_difference(minimum(a, b), turned({0, 4, 4})), 1e-13) << "seed " << seed;
     }
+}
+
+TEST(MinimumMetric, OfThinConstraintsInOnePlaneIsAsTightAsInSpace)
+{
+    for (const real thin : {1e3L, 1e6L, 1e9L, 1e12L})
+        for (unsigned seed = 1; seed <= 200; ++seed) {
+            std::mt19937 draw(seed);
+            const matrix r = reference::random_rotation<3>(draw);
+            const auto turned = [&r](const std::vector<real>& values) {
+                return r * reference::diagonal<3>(values) * reference::transpose(r);
+            };
+            const metric a = reference::packed(turned({0, 1, 2 * thin}));
+            const metric b = reference::packed(turned({0, 4, thin}));
+            ASSERT_LT(scaled_difference(minimum(a, b), turned({0, 4, 2 * thin})), 1e-13)
+                << "thin " << static_cast<double>(thin) << ", seed " << seed;
+        }
+}
+
+TEST(MinimumMetric, CoversCloseNeedlesAndIsHardlyMoreThanTheirSum)
+{
+    for (const double tilt : {1e-6, 1e-7, 3e-8, 1.5e-8, 1e-8, 3e-9, 1e-9, 1e-10})
+        for (const double third : {0.0, 1.0}) {
+            SCOPED_TRACE(testing::Message() << "tilt " << tilt << ", third " << third);
+            const double u = 1.0 + tilt;
+            const double v = 1.0 - tilt;
+            const metric a = {{u * u, u * v, v * v, 0.0, 0.0, third}};
+            const metric b = {{v * v, u * v, u * u, 0.0, 0.0, 2 * third}};
+            const metric m = minimum(a, b);
+            expect_both(m, a, b);
+            for (std::size_t k = 0; k < 3; ++k) EXPECT_LE(m[k], 1.01 * (a[k] + b[k]));
+        }
 }
 
 TEST(MinimumMetric, KeepsAnAxisThatNeitherConstrainsFree)

@@ -15,23 +15,25 @@ namespace vorel::tessalo {
 /// returns  false when neither operand is a metric, else true
 ///
 /// An operand is a metric when it is finite and no eigenvalue is below -1e-12 times its largest
-/// one; eigenvalues between that and 0 count as 0. An eigenvalue of 0 is no constraint in its
-/// direction. What comes back is, in this order:
+/// one. With some between that and 0 it counts as the metric with a diagonal raised until there are
+/// none: by no more than 11 times what the lowest one lacks, whatever the other operand. An
+/// eigenvalue of 0 is no constraint in its direction. What comes back is, in this order:
 ///
 ///   neither is a metric                   b, bit for bit, and false
 ///   one is a metric                       that one, bit for bit
-///   one is zero                           the other one, bit for bit
-///   both are diagonal                     the larger entry of each pair, exactly
+///   one is zero, or they are equal        the other one, bit for bit
+///   both are diagonal                     the larger entry of each pair, or 0, exactly
 ///   one covers the other, to rounding     the one that covers, bit for bit: so also of a pair that
-///                                         is equal or proportional, and of a result and an operand
-///                                         that it was made of
+///                                         is proportional, and of a result and an operand that it
+///                                         was made of
 ///   otherwise                             the larger of the two in the basis in which both are
 ///                                         diagonal, (S + |A - B|) / 2 with S = A + B and |.| the
 ///                                         absolute value of the pencil (A - B) v = l S v; in
-///                                         directions in which S is singular to rounding, S
+///                                         directions in which S is singular to rounding, S; all
+///                                         of S where the difference reaches into them
 ///
-/// The order of the operands changes no bit of the result, unless both cover each other to
-/// rounding. What the result lacks to cover both is, in entry ij, a few units in the last place of
+/// The order of two metrics changes no bit of the result, unless both cover each other to rounding.
+/// What the result lacks to cover both is, in entry ij, a few units in the last place of
 /// sqrt(Sii Sjj), however thin the ellipsoids are and whatever the scales of the axes, which are
 /// taken out by powers of two. An entry of the result beyond the range of doubles becomes infinite.
 ///

@@ -5,12 +5,12 @@
 
 namespace vorel::tessalo2d {
 
-/// The eigenvalues, ascending, and the vectors of the pencil, vector k in consecutive doubles. M2
-/// needs only to be symmetric. With `normalise` vectors get unit length, but for those of squared
-/// length exactly 0 or 1.
+/// The eigenvalues, ascending (descending for a negative definite M1), and the vectors of the
+/// pencil, vector k in consecutive doubles. M2 needs only to be symmetric. With `normalise` vectors
+/// get unit length, but for those of squared length exactly 0 or 1.
 ///
 /// False when a of M1 = (a b; b c) is 0 or its determinant is not above 0 (a negative definite M1
-/// passes), or when an eigenvalue is not finite.
+/// passes), or when an eigenvalue of the reduced matrix is not finite.
 [[nodiscard]] bool generalized_eigen2(const symmetric_fixed<double, 2>& m1,
                                       const symmetric_fixed<double, 2>& m2, double (&values)[2],
                                       double (&vectors)[4], bool normalise);

@@ -556,11 +556,12 @@ VOREL_API int mesh_struct_T3(dense2D<double>& coords, const dense1D<unsigned, 8>
 /// count    m, the number of cells along the right and left sides
 /// sizes    grows by (n - 1)(m - 1) entries. A node whose boundary sizes are not above 0 gets 0
 /// returns  0 (an empty list or a count of 0 is nothing to do); -1 a list of less than 5 nodes, not
-///          closed, or with a wrong ID; -2 a length that does not fit `count`; -199 with nothing
-///          changed
+///          closed, or with a wrong ID; -2 a length that does not fit `count`; -199, also for more
+///          nodes than IDs, with nothing changed
 ///
 /// A list of 2m + 1 nodes passes as one of no cells along the bottom: it takes the last m - 1
-/// entries away and adds none; kept: callers rely on it. O(n m), no memory but the result.
+/// entries away and adds none, -199 if there are fewer; kept: callers rely on it. O(n m), no memory
+/// but the result.
 VOREL_API int metrics_struct(const dense1D<unsigned, 8>& ids, unsigned count,
                              dense1D<double, 8>& sizes);
 

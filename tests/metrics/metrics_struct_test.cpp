@@ -249,6 +249,21 @@ TEST(MetricsStruct, ASizeThatIsNotPositiveGivesZeroWhereItIsRead)
     }
 }
 
+TEST(MetricsStruct, ASizeOutOfRangeIsStoredWhereItIsRead)
+{
+    const double inf = std::numeric_limits<double>::infinity();
+    dense1D<double, 8> sizes{9.0, 5.0, 9.0, 3.0, 9.0, 11.0, 9.0, inf};
+    EXPECT_EQ(metrics_struct({0, 1, 2, 3, 4, 5, 6, 7, 0}, 2, sizes), 0);
+    ASSERT_EQ(sizes.size, 9u);
+    // Across it is (3 - inf) / 2 + inf, no number: not above 0, which then gives 0.
+    EXPECT_EQ(sizes[8], 0.0);
+    // Across it is (inf - 1) / 2 + 1, refused as out of range, and taken as it is.
+    sizes = {9.0, 5.0, 9.0, inf, 9.0, 11.0, 9.0, 1.0};
+    EXPECT_EQ(metrics_struct({0, 1, 2, 3, 4, 5, 6, 7, 0}, 2, sizes), 0);
+    ASSERT_EQ(sizes.size, 9u);
+    EXPECT_EQ(sizes[8], inf);
+}
+
 template <class Dimension>
 class MetricsStructOf : public testing::Test {
 };

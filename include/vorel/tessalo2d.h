@@ -689,8 +689,8 @@ VOREL_API int get_connected_elements(const dense2D<unsigned>& connect,
 // a few steps between elements; at worst E steps from each element around a node, when `neighbors`
 // leads in circles. Memory: 1 byte for each node ID up to the largest in use, 4 bytes for each node
 // in use, and the tree: about 15 bytes for each of nodes that are spread evenly, up to 512 where
-// four and more nearly coincide. While it is built 32 bytes a node. When the tree has no memory, no
-// target is served.
+// four and more nearly coincide. While it is built 32 bytes a node. Without memory for the list of
+// nodes no target is served; nodes that no cells can be had for are not found.
 
 /// Gives each target the value of a field with any number of rows. This form searches nothing: it
 /// checks its arguments and leaves every field as it is.
@@ -709,7 +709,8 @@ VOREL_API int interpolate(const dense2D<double>& coords, const dense2D<unsigned>
 /// Gives each target the value of a scalar field: linear in a triangle, bilinear in a
 /// quadrilateral, whose local coordinates are found by at most 10 passes of Newton's method.
 ///
-/// field     N entries; those of background nodes are read, those of targets written one by one
+/// field     N entries; those of background nodes are read, those of targets written one by one;
+///           shares no element with `coords`
 /// returns   as the form above, -5 for the size of `field`
 VOREL_API int interpolate(const dense2D<double>& coords, const dense2D<unsigned>& connect,
                           const dense2D<unsigned>& neighbors,
@@ -718,11 +719,12 @@ VOREL_API int interpolate(const dense2D<double>& coords, const dense2D<unsigned>
 
 /// Gives each target a metric: simultaneous reduction of two metrics, sizes linear along the common
 /// directions, nested over the triangle. A result that uses a metric which is not positive definite
-/// is refused and the target keeps its own; a value copied from the nearest node is not tested.
+/// is refused and the target keeps its own; on a node of the background its metric is copied,
+/// whatever it holds. A value copied from the nearest node is not tested.
 ///
-/// metrics     3 x N (m00 m01 m11) or 6 x N (m00 m01 m11 m02 m12 m22), per squared unit of
-/// `coords`;
-///             those of background nodes are read, those of targets written one by one
+/// metrics     3 x N (m00 m01 m11) or 6 x N (m00 m01 m11 m02 m12 m22), per squared unit of length;
+///             those of background nodes are read, those of targets written one by one; shares no
+///             element with `coords`
 /// keep_valid  a target whose metric has only eigenvalues above 0 keeps it
 /// returns     0; checked in this order: 0 `nodes` is empty; -1 rows of `coords`; -2 `connect` is
 ///             not all triangles, whatever `type` says, or has IDs from N up; -3 shape or IDs of
@@ -748,7 +750,8 @@ VOREL_API int interpolate_metrics(const dense2D<double>& coords, const dense2D<u
 /// ((xi + 3) / 4, (eta + 3) / 4). A result that uses a size which is not above 0 is refused and the
 /// target keeps its own; a value copied from the nearest node is not tested.
 ///
-/// sizes       N entries; those of background nodes are read, those of targets written one by one
+/// sizes       N entries; those of background nodes are read, those of targets written one by one;
+///             shares no element with `coords`
 /// keep_valid  a target whose size is above 0 and below the largest double keeps it
 /// returns     0; checked in this order: 0 `nodes` is empty; -1 rows of `coords`; -2 `connect` is
 ///             not of the kind `type` or has IDs from N up; -3 shape or IDs of `neighbors`; -4 size

@@ -45,7 +45,7 @@ TEST(InterpolateMetrics, KeepValidLeavesDefiniteTargetsAlone)
         {{2, 0, 1, 0, 0, 0}, false},
         {{2, 0, 1, 0, 0, -1}, false},
         {{2, 1, 2, 0, 0, 1}, true},
-        // LAPACK refuses the first and fails on the second or leaves NaN.
+        // What LAPACK leaves of these, zeros or NaN, is not above 0.
         {{NAN, NAN, NAN, NAN, NAN, NAN}, false},
         {{NAN, 0, 1, 0, 0, 1}, false},
     };

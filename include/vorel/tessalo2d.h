@@ -781,13 +781,13 @@ VOREL_API int interpolate_metrics(const dense2D<double>& coords, const dense2D<u
 /// part is left out. A node in no triangle, or in triangles flat in the parameter plane only, gets
 /// zeros.
 ///
-/// uvs          2 x N parameters (u, v)
-/// connect      3 x E, IDs below N
-/// derivatives  6 x N: Su in rows 0 to 2, Sv in rows 3 to 5
-/// forms        replaced: 3 x N, rows L, M, N of the form; empty on every other return
+/// uvs          2 x K parameters (u, v)
+/// connect      3 x E, IDs below K; an empty one is nothing to do: 0, with `forms` empty
+/// derivatives  6 x K: Su in rows 0 to 2, Sv in rows 3 to 5
+/// forms        replaced: 3 x K, rows L, M, N of the form; empty on every other return
 /// returns      0; -1 rows of `uvs`; -2 rows or IDs of `connect`; -3 shape of `derivatives`; -199
 ///
-/// O(E + N); 64 bytes a node besides the result.
+/// O(E + K); 64 bytes a node besides the result.
 VOREL_API int parametric_curvatures(const dense2D<double>& uvs, const dense2D<unsigned>& connect,
                                     const dense2D<double>& derivatives, dense2D<double>& forms);
 
@@ -795,11 +795,11 @@ VOREL_API int parametric_curvatures(const dense2D<double>& uvs, const dense2D<un
 /// the dihedral angles of a patch of triangles around the node make along its edges (the normal
 /// cycle of a polyhedral surface: Cohen-Steiner and Morvan, 2003). The patch grows from the first
 /// triangle that holds the node across edges, as far as centroids lie within `radius` of it. An
-/// edge is not crossed when it is a ridge or when the normals beside it enclose more than
-/// `max_angle`.
+/// edge is not crossed when it is a ridge, when the normals beside it enclose `max_angle` or more,
+/// or, while that is tested, when a triangle beside it has no area.
 ///
 /// coords         3 x N
-/// connect        3 x E, IDs below N
+/// connect        3 x E, IDs below N; an empty one is nothing to do: 0, with `curvatures` unchanged
 /// neighbors      3 x E: entry (k, e) is the triangle across the edge of e opposite its node k.
 ///                Only the columns are checked; an entry that names no triangle is no neighbour
 /// radius         of a patch, in units of `coords`; its sign is lost. With 0 or NaN patches are
@@ -811,14 +811,16 @@ VOREL_API int parametric_curvatures(const dense2D<double>& uvs, const dense2D<un
 ///                is the eigenvalue of largest magnitude, row 7 the second. Edges add up along
 ///                themselves, so the first direction runs along the sharp edges, across the
 ///                strongest bending. Convex surfaces with outward normals have negative values. A
-///                second value below a thousandth of the first has no direction of its own: it gets
-///                the one across the first and the normal. A node in no triangle or in a patch
-///                without area: zeros
+///                second value not above a thousandth of the first has no direction of its own: it
+///                gets the one across the first and the normal of the patch's first triangle. A
+///                node in no triangle, in a patch without area or whose eigenvalues LAPACK fails to
+///                find: zeros
 /// returns        0; -1 rows of `coords`; -2 rows or IDs of `connect`; -3 columns of `neighbors`;
 ///                -7 rows or IDs of `ridges`; -199, with `curvatures` empty
 ///
-/// The cost of a node follows its patch. About 150 bytes a triangle and 4 a node besides the
-/// result. When storage for a patch's list is refused the triangle concerned is left out.
+/// The cost of a node follows its patch. About 150 bytes a triangle, 4 a node and up to 60 a ridge
+/// besides the result. When storage for a patch's list is refused the triangle concerned is left
+/// out, and a ridge that the set of ridges has no room for is crossed.
 VOREL_API int principal_curvatures(const dense2D<double>& coords, const dense2D<unsigned>& connect,
                                    const dense2D<unsigned>& neighbors, double radius,
                                    double max_angle, unsigned max_triangles,
@@ -839,8 +841,10 @@ VOREL_API int principal_curvatures(const dense2D<double>& coords, const dense2D<
 /// returns      0; -1 rows of `coords`; -2 rows or IDs of `connect`; -4 rows of `metrics`; -199,
 ///              with nothing changed
 ///
-/// Edges of zero or infinite length do not count. A triangle is left at its first node without an
-/// edge that counts. O(E), three intersections a triangle; 12 bytes a node besides the result.
+/// An edge whose squared length is 0 or not finite does not count. A triangle is left at its first
+/// node without an edge that counts. The tangent frame of a triangle starts from that of the one
+/// before it, so after a triangle with a coordinate that is not a number, or whose normal is not
+/// finite, no later triangle proposes a usable metric. O(E), three intersections a triangle; 12 bytes a node besides the result.
 VOREL_API int metrics_gen_aniso3d(const dense2D<double>& coords, const dense2D<unsigned>& connect,
                                   double normal_size, dense2D<double>& metrics);
 

@@ -68,8 +68,8 @@ VOREL_API int area(const dense2D<double>& coords, const dense2D<unsigned>& conne
 /// returns     0; -1 rows of `coords`; -2 rows of `connect`; -199; -2 IDs of `connect`, with E
 ///             zeros in both outputs (kept: callers rely on it)
 ///
-/// On every other return the outputs are empty. An angle that is not a number is taken over and the
-/// next corner's angle takes its place. O(E), the time of the `atan2` calls; no other allocation.
+/// They are empty after -1, after -2 for rows, after -199 and for an empty `connect`. An angle that
+/// is not a number is taken over and the next corner's angle takes its place. O(E), the time of the `atan2` calls; no other allocation.
 VOREL_API int angles(const dense2D<double>& coords, const dense2D<unsigned>& connect,
                      bool normalized, dense1D<double, 8>& angle_min, dense1D<double, 8>& angle_max);
 
@@ -171,7 +171,8 @@ VOREL_API int split_into_linear(const dense2D<unsigned>& connect, dense2D<unsign
 ///                 node, ...), IDs below N or unset. The nodes of an edge are consecutive from the
 ///                 first one on, in the direction of the ends; they keep their coordinates. Of two
 ///                 columns for the same edge the first gives the direction and the last the nodes.
-///                 A column with an unset ID in rows 0 to 2 is ignored.
+///                 A column with an unset ID in rows 0 to 2 is ignored. Of a prepared edge only the
+///                 first node is checked: a run that starts too late names new nodes or none.
 /// returns         0, also when all three counts are 0 (`result` is then empty); -1 rows of
 ///                 `coords`, checked first, then `result` is unchanged; -2 rows or IDs of
 ///                 `connect`; -4 `quad_nodes`; -5 `triangle_nodes`; -6 rows or IDs of `edges`; -199
@@ -179,7 +180,9 @@ VOREL_API int split_into_linear(const dense2D<unsigned>& connect, dense2D<unsign
 ///
 /// Each output is grown once. O(E) at about 8 bytes a side and 4 bytes a node of working storage.
 /// When that can't be had a hash table takes its place, and an edge that this table has no storage
-/// for gets `UNSET_ID` for its nodes.
+/// for gets `UNSET_ID` for its nodes. An edge that was lost because storage ran out while the table
+/// was rebuilt is numbered again when it is met again, and has two runs. After `std::bad_alloc`,
+/// thrown when a block object can't be had, `result` is unspecified.
 VOREL_API int convert_into_high_order(dense2D<double>& coords, const dense2D<unsigned>& connect,
                                       unsigned edge_nodes, unsigned quad_nodes,
                                       unsigned triangle_nodes, dense2D<unsigned>& result,

@@ -524,7 +524,7 @@ VOREL_API int extrude_spiral_T3(dense2D<double>& coords, const dense2D<unsigned>
 /// connectQ  empty or 4 rows; M * N elements are appended, those of i = 0 first, j rising
 /// returns   0, also when N, L or M is 0, before any check; -1 rows of `coords`; -2 fewer than 5
 ///           entries, an open loop or IDs of `boundary`; -3 an N that does not fit L; -4 rows of
-///           `connectQ`; -199, the counts of columns are then as before
+///           `connectQ`; -199, the counts of columns are then as before and `connectQ` has 4 rows
 ///
 /// The interior is the bilinearly blended Coons patch of the four sides, by index and not by arc
 /// length: it takes over the spacing of the sides, and a loop with straight sides is reproduced.
@@ -539,7 +539,8 @@ VOREL_API int mesh_struct_Q4(dense2D<double>& coords, const dense1D<unsigned, 8>
 /// connectT  empty or 3 rows; 2 M N elements are appended
 /// returns   0, also when N or L is 0, before any check; -1 rows of `coords`; -2 fewer than 5
 ///           entries, an open loop or IDs of `boundary`; -3 an N that does not fit L; -4 `pattern`;
-///           -5 rows of `connectT`; -199, the counts of columns are then as before
+///           -5 rows of `connectT`; -199, the counts of columns are then as before and `connectT`
+///           has 3 rows
 ///
 /// A loop with M = 0 passes the checks when L is 2 N + 1: no element is made, and the last N - 1
 /// columns of `coords` are cut off. -199 if there are fewer.
@@ -630,9 +631,11 @@ VOREL_API int convert_degenerated_Q(dense2D<unsigned>& connect,
 /// returns      the number of flips; 0 without columns; -1 rows of `connect` or a misplaced
 ///              `UNSET_ID`; -2 shape of `neighbors`; -3 `seed`
 ///
-/// A neighbor that does not hold the common edge is a conflict. It sets the result to -2, and later
-/// flips count on from there; while the result is negative each element compares itself to one
-/// neighbor only. A surface that can't be oriented is no error. O(E); 4 bytes and 2 bits for each
+/// A neighbor that does not hold the common edge is a conflict; one that holds only one of its
+/// nodes, in row 0, passes for a neighbor that does (kept: callers rely on it), and is flipped if it
+/// is the node at which the edge ends. A conflict sets the result to -2, and later flips count on
+/// from there; while the result is negative each element compares itself to one neighbor only. A
+/// surface that can't be oriented is no error. O(E); 4 bytes and 2 bits for each
 /// element, from the standard allocator, whose `std::bad_alloc` passes before anything changes.
 VOREL_API int mesh_reorient(dense2D<unsigned>& connect, dense2D<unsigned>& neighbors, unsigned seed,
                             int all_regions);
@@ -652,10 +655,10 @@ VOREL_API int mesh_reorient(dense2D<unsigned>& connect, dense2D<unsigned>& neigh
 ///               -199
 ///
 /// Only elements that can be reached across sides that touch the node are listed. When an element
-/// on the way does not hold the node, or the lists find no storage, the run ends there with status
-/// 0; `offsets` has then n + 2 entries for the node n where it ended. O(N + size of the lists); 4
-/// bytes for each element beside the outputs, and the longest fan from the standard allocator,
-/// whose `std::bad_alloc` passes.
+/// on the way does not hold the node, a walk takes as many steps as there are columns without an
+/// end, or the lists find no storage, the run ends there with status 0; `offsets` has then n + 2
+/// entries for the node n where it ended. O(N + size of the lists); 4 bytes for each element beside
+/// the outputs, and the longest fan from the standard allocator, whose `std::bad_alloc` passes.
 VOREL_API int get_connected_elements(const dense2D<unsigned>& connect,
                                      const dense2D<unsigned>& neighbors,
                                      const dense1D<unsigned, 8>& node_element,
@@ -689,8 +692,8 @@ VOREL_API int get_connected_elements(const dense2D<unsigned>& connect,
 // a few steps between elements; at worst E steps from each element around a node, when `neighbors`
 // leads in circles. Memory: 1 byte for each node ID up to the largest in use, 4 bytes for each node
 // in use, and the tree: about 15 bytes for each of nodes that are spread evenly, up to 512 where
-// four and more nearly coincide. While it is built 32 bytes a node. When the tree has no memory, no
-// target is served.
+// four and more nearly coincide. While it is built 32 bytes a node. Without memory for the list of
+// nodes no target is served; nodes that no cells can be had for are not found.
 
 /// Gives each target the value of a field with any number of rows. This form searches nothing: it
 /// checks its arguments and leaves every field as it is.
@@ -709,7 +712,8 @@ VOREL_API int interpolate(const dense2D<double>& coords, const dense2D<unsigned>
 /// Gives each target the value of a scalar field: linear in a triangle, bilinear in a
 /// quadrilateral, whose local coordinates are found by at most 10 passes of Newton's method.
 ///
-/// field     N entries; those of background nodes are read, those of targets written one by one
+/// field     N entries; those of background nodes are read, those of targets written one by one;
+///           shares no element with `coords`
 /// returns   as the form above, -5 for the size of `field`
 VOREL_API int interpolate(const dense2D<double>& coords, const dense2D<unsigned>& connect,
                           const dense2D<unsigned>& neighbors,
@@ -718,11 +722,12 @@ VOREL_API int interpolate(const dense2D<double>& coords, const dense2D<unsigned>
 
 /// Gives each target a metric: simultaneous reduction of two metrics, sizes linear along the common
 /// directions, nested over the triangle. A result that uses a metric which is not positive definite
-/// is refused and the target keeps its own; a value copied from the nearest node is not tested.
+/// is refused and the target keeps its own; on a node of the background its metric is copied,
+/// whatever it holds. A value copied from the nearest node is not tested.
 ///
-/// metrics     3 x N (m00 m01 m11) or 6 x N (m00 m01 m11 m02 m12 m22), per squared unit of
-/// `coords`;
-///             those of background nodes are read, those of targets written one by one
+/// metrics     3 x N (m00 m01 m11) or 6 x N (m00 m01 m11 m02 m12 m22), per squared unit of length;
+///             those of background nodes are read, those of targets written one by one; shares no
+///             element with `coords`
 /// keep_valid  a target whose metric has only eigenvalues above 0 keeps it
 /// returns     0; checked in this order: 0 `nodes` is empty; -1 rows of `coords`; -2 `connect` is
 ///             not all triangles, whatever `type` says, or has IDs from N up; -3 shape or IDs of
@@ -748,7 +753,8 @@ VOREL_API int interpolate_metrics(const dense2D<double>& coords, const dense2D<u
 /// ((xi + 3) / 4, (eta + 3) / 4). A result that uses a size which is not above 0 is refused and the
 /// target keeps its own; a value copied from the nearest node is not tested.
 ///
-/// sizes       N entries; those of background nodes are read, those of targets written one by one
+/// sizes       N entries; those of background nodes are read, those of targets written one by one;
+///             shares no element with `coords`
 /// keep_valid  a target whose size is above 0 and below the largest double keeps it
 /// returns     0; checked in this order: 0 `nodes` is empty; -1 rows of `coords`; -2 `connect` is
 ///             not of the kind `type` or has IDs from N up; -3 shape or IDs of `neighbors`; -4 size

@@ -112,7 +112,7 @@ TEST(PrincipalCurvatures, TwoFacesAtARightAngleByHand)
 // missing, as only interior edges count. So the value is k * (1 - rim / n), for `rim` edges of that
 // kind on the rim. The centroids beside an edge along an axis stand w = (1/3, 2/3) of a step apart,
 // once in each cell, so a rim with the normal m cuts |m.w| such edges a unit of length; around a
-// disc of radius steps * h these are 4 * |w| * steps edges on 2 * pi * steps * steps triangles: both
+// disc of radius steps * h it is 4 * |w| * steps edges on 2 * pi * steps * steps triangles: both
 // values come out short by the share 2 * |w| / (pi * steps), |w| = sqrt(5) / 3. What is left is the
 // ragged rim, less than a twentieth of that share, and the change of the surface and of its tangent
 // plane within the patch, of the order of (r * k)^2.

@@ -846,8 +846,8 @@ VOREL_API int principal_curvatures(const dense2D<double>& coords, const dense2D<
 ///
 /// An edge whose squared length is 0 or not finite does not count. A triangle is left at its first
 /// node without an edge that counts. The tangent frame of a triangle starts from that of the one
-/// before it, so after a triangle with a coordinate that is not a number, or whose normal is not
-/// finite, no later triangle proposes a usable metric. O(E), three intersections a triangle; 12 bytes a node besides the result.
+/// before it: after a triangle whose normal is not finite no later one proposes a usable metric.
+/// O(E), three intersections a triangle; 12 bytes a node besides the result.
 VOREL_API int metrics_gen_aniso3d(const dense2D<double>& coords, const dense2D<unsigned>& connect,
                                   double normal_size, dense2D<double>& metrics);
 

@@ -103,7 +103,7 @@ TEST(CurvatureTensor, OfThreeEqualMagnitudesTheTwoLowerOnesAreTaken)
 
 TEST(CurvatureTensor, ASecondValueUpToAThousandthTakesItsDirectionFromTheNormal)
 {
-    // With A = (+-1, 0, 0) the vector across it and the normal (1, 2, 3) is -+(0, 3, -2) / sqrt(13).
+    // Across A = (+-1, 0, 0) and the normal (1, 2, 3) runs -+(0, 3, -2) / sqrt(13).
     ASSERT_EQ(0.001 * 1000.0, 1.0);
     for (const double second : {0.0, 0.5, -0.999, 1.0, -1.0}) {
         const principal_pair p = values_of(1000.0, second, 0.0);

@@ -105,14 +105,14 @@ TEST(PrincipalCurvatures, TwoFacesAtARightAngleByHand)
     }
 }
 
-// How close the estimator comes. On these grids the two triangles of a cell lie nearly in one plane,
+// How close the estimator comes. Here the two triangles of a cell lie nearly in one plane,
 // so the diagonals add nothing, and an edge along a principal direction turns by the curvature k
 // across it times the step h: it adds k * h * h along itself. A patch of n triangles has the area
 // n * h * h / 2, and each triangle has half of one edge of either kind; the halves at the rim are
-// missing, as only interior edges count. So the value is k * (1 - rim / n), with `rim` edges of that
+// missing, as only interior edges count. So the value is k * (1 - rim / n), for `rim` edges of that
 // kind on the rim. The centroids beside an edge along an axis stand w = (1/3, 2/3) of a step apart,
 // once in each cell, so a rim with the normal m cuts |m.w| such edges a unit of length; around a
-// disc of radius steps * h that is 4 * |w| * steps edges, for 2 * pi * steps * steps triangles: both
+// disc of radius steps * h it is 4 * |w| * steps edges on 2 * pi * steps * steps triangles: both
 // values come out short by the share 2 * |w| / (pi * steps), |w| = sqrt(5) / 3. What is left is the
 // ragged rim, less than a twentieth of that share, and the change of the surface and of its tangent
 // plane within the patch, of the order of (r * k)^2.
@@ -173,7 +173,7 @@ TEST(PrincipalCurvatures, SaddleHasValuesOfBothSigns)
     const shortfall s{12.3, 12.3 * STEP};
     const dense2D<double> c = curvatures_of(m, 12.3 * STEP);
     const std::size_t i = centre(40, 40);
-    // Which of the two is larger hangs on the rim. The surface bends up along x, towards its normal,
+    // Which of the two is larger hangs on the rim. Along x the surface bends towards its normal,
     // which the edges along y record; along y it bends away.
     const bool up_first = c(6, i) > 0.0;
     const vec3 up = up_first ? first_direction(c, i) : second_direction(c, i);

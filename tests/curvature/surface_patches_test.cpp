@@ -134,6 +134,25 @@ TEST(SurfacePatches, AnObtuseLimitKeepsTheSignOfTheCosine)
     EXPECT_EQ(p.patch(0, 0), std::vector<unsigned>{0});
 }
 
+TEST(SurfacePatches, AnAngleAtTheLimitIsNotCrossed)
+{
+    patches p(strip());
+    p.max_angle = 0.0;
+    EXPECT_EQ(p.patch(0, 0), std::vector<unsigned>{0}) << "parallel normals enclose the angle 0";
+}
+
+TEST(SurfacePatches, ATriangleWithoutAreaIsNotCrossedWhileTheAngleIsTested)
+{
+    support::mesh line{
+        "line", {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {2, 0, 0}}, {{0, 1, 2}, {1, 0, 3}}};
+    patches p(line);
+    p.max_angle = 3.0;
+    EXPECT_EQ(p.patch(0, 0), std::vector<unsigned>{0});
+    EXPECT_EQ(p.patch(0, 1), std::vector<unsigned>{1});
+    p.max_angle = PI;
+    EXPECT_EQ(p.patch(0, 0), (std::vector<unsigned>{0, 1}));
+}
+
 TEST(SurfacePatches, ANotANumberAngleTestsNothing)
 {
     support::mesh roof{

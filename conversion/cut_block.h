@@ -20,14 +20,18 @@ inline float estimated_length(const float (&v)[D])
     return std::sqrt(sum);
 }
 
-inline float estimated_area(const float (&a)[2], const float (&b)[2])
+/// Twice the area that a and b span, over a product of lengths. In space it is divided before its
+/// length is taken: the square of an area leaves the range long before the product of two lengths
+/// does.
+inline float estimated_ratio(const float (&a)[2], const float (&b)[2], float product)
 {
-    return a[0] * b[1] - a[1] * b[0];
+    return (a[0] * b[1] - a[1] * b[0]) / product;
 }
-inline float estimated_area(const float (&a)[3], const float (&b)[3])
+inline float estimated_ratio(const float (&a)[3], const float (&b)[3], float product)
 {
-    const float n[3] = {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2],
-                        a[0] * b[1] - a[1] * b[0]};
+    const float scale = 1.0f / product;
+    const float n[3] = {scale * (a[1] * b[2] - a[2] * b[1]), scale * (a[2] * b[0] - a[0] * b[2]),
+                        scale * (a[0] * b[1] - a[1] * b[0])};
     return estimated_length(n);
 }
 
@@ -40,20 +44,24 @@ inline estimate estimate_quality(const float (&a)[D], const float (&b)[D], float
     const float third_length = estimated_length(third);
     const float longest = std::max(std::max(a_length, b_length), third_length);
     const float product = longest * (a_length + b_length + third_length);
-    return {estimated_area(a, b) / product * 3.4641016f, product};
+    return {estimated_ratio(a, b, product) * 3.4641016f, product};
 }
 
 /// The corners of up to `CAPACITY` quadrilaterals, one array a coordinate, and the scores of their
 /// cuts.
 ///
 /// Nearly all decisions are clear to a few digits, and single precision is cheap. With roundings of
-/// u = 2^-24, and products of lengths far from the ends of the range, an estimated quality is off
-/// by less than 40 u: the differences of the corners are formed in double precision and rounded
-/// once; an area is then off by at most 9 u of the product of its sides, which makes 16 u of the
-/// quality; both factors of the product and the operations on them add less than 20 u. Two scores
-/// that are more than 1e-5 = 168 u apart are therefore in the right order, and by far more than the
-/// margin of a tie and the error of the exact scores. Where any score of a block is nearer than
-/// that, all of them are formed as `score_by_quality` has them.
+/// u = 2^-24, and products of lengths between 1e-30 and 1e30, an estimated quality is off by less
+/// than 40 u: the differences of the corners are formed in double precision and rounded once; an
+/// area is then off by at most 9 u of the product of its sides, which makes 16 u of the quality;
+/// both factors of the product and the operations on them add less than 20 u. Nothing overflows. A
+/// number below the normal range is off by 2^-150: in an area that is less than 1e-14 of the
+/// product, in a length at most 2 u of the longest side. What underflows after the division by the
+/// product is too small to count in a ratio.
+///
+/// Two scores that are more than 1e-5 = 168 u apart are therefore in the right order, and by far
+/// more than the margin of a tie and the error of the exact scores. Where any score of a block is
+/// nearer than that, all of them are formed as `score_by_quality` has them.
 template <int D>
 class cut_block {
 public:

@@ -13,7 +13,7 @@ namespace vorel::tessalo2d {
 
 namespace {
 
-/// One cut: its triangles, and the ends of its diagonal.
+/// One cut: its triangles. Its diagonal runs from t1[0] to t1[2].
 struct cut {
     unsigned t1[3];
     unsigned t2[3];

@@ -38,13 +38,16 @@ bool number_columns(edge_numbering& numbering, const dense2D<unsigned>& connect,
     for (std::size_t e = 0; e < elements; ++e, column += ld, out += out_ld) {
         const unsigned corners = corner_count<MIXED>(column);
         for (unsigned k = 0; k < corners; ++k) out[k] = column[k];
-        unsigned* run = out + corners;
-        for_each_edge(column, corners, [&](unsigned from, unsigned to) {
-            write_run(numbering.meet(from, to), run_length, run);
-            run += run_length;
-        });
-        if (MIXED) std::fill(out + added.rows(corners), out + rows, UNSET_ID);
+        edge_run met[4];
+        edge_run* last = met;
+        for_each_edge(column, corners,
+                      [&](unsigned from, unsigned to) { *last++ = numbering.meet(from, to); });
+        // Before the runs are written: they may be billions of entries long.
         if (numbering.next_id() > UNSET_ID) return false;
+        unsigned* run = out + corners;
+        for (unsigned k = 0; k < corners; ++k, run += run_length)
+            write_run(met[k], run_length, run);
+        if (MIXED) std::fill(out + added.rows(corners), out + rows, UNSET_ID);
     }
     return true;
 }

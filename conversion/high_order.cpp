@@ -22,15 +22,6 @@ bool is_square(unsigned n)
     return root * root == n;
 }
 
-/// Moves `next_id` on by `nodes` for each of `elements`. False when there are no IDs for them.
-bool take_ids(std::size_t& next_id, std::size_t elements, unsigned nodes)
-{
-    if (elements == 0 || nodes == 0) return true;
-    if (elements > UNSET_ID / nodes || next_id + elements * nodes > UNSET_ID) return false;
-    next_id += elements * nodes;
-    return true;
-}
-
 /// The work on arguments that passed their checks; `result` is empty and has no shape yet.
 bool convert(dense2D<double>& coords, const dense2D<unsigned>& connect, const element_nodes& added,
              dense2D<unsigned>& result, const dense2D<unsigned>& edges,
@@ -46,11 +37,13 @@ bool convert(dense2D<double>& coords, const dense2D<unsigned>& connect, const el
                take_ids(next_id, quads, added.in_quad);
     };
 
+    // Before any storage is asked for.
+    std::size_t interior_end = nodes;
+    if (!add_interior_ids(interior_end)) return false;
     if (added.on_edge == 0) {
         // Kept: without edge nodes the columns get interior nodes alone, and these stay at 0.
-        std::size_t end = nodes;
-        if (!add_interior_ids(end) || !result.reserve(rows, elements, 1)) return false;
-        if (!coords.resize(coords.rows, end, 0.0)) return false;
+        if (!result.reserve(rows, elements, 1)) return false;
+        if (!coords.resize(coords.rows, interior_end, 0.0)) return false;
         // Fits what was reserved: the coordinates need no undoing.
         if (!result.resize(rows, elements, UNSET_ID)) return false;
         place_interior_nodes(coords, connect, added, result, nodes, sizes);

@@ -10,10 +10,10 @@ namespace vorel::tessalo2d {
 
 namespace {
 
-/// Rows of the smallest quadratic quadrilateral: a column that ends above it is a triangle.
+/// Rows of a T6: a column that is unset from this row on is a triangle.
 constexpr std::size_t T6_ROWS = 6;
 
-/// Appends the children of T6 columns as triangles; `TARGET_ROWS` is 3, or 4 with row 3 unset.
+/// Writes the children of one T6 as triangles; `TARGET_ROWS` is 3, or 4 with row 3 unset.
 template <std::size_t TARGET_ROWS>
 unsigned* cut_triangle(const unsigned* parent, unsigned* out, std::size_t ld)
 {

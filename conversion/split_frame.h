@@ -25,6 +25,14 @@ inline void write_triangle(unsigned* column, unsigned a, unsigned b, unsigned c)
     column[2] = c;
 }
 
+/// Gives an output storage of its own where it shares that of `connect`, whose entries a growth
+/// would take away after their check. False when storage can't be had.
+template <class Output>
+[[nodiscard]] bool part_from(const dense2D<unsigned>& connect, Output& output)
+{
+    return output.block != connect.block || output.copy(output);
+}
+
 /// Appends triangles in place of the `elements` columns of a mixed mesh to a matrix that takes 3
 /// rows. `cut(to, ld)` writes them from `to` on, a column or two for each element and never more,
 /// and returns how many it cut in two.

@@ -99,6 +99,9 @@ int split_Q4_into_T3(const dense2D<double>& coords, const dense2D<unsigned>& con
     if (!takes_rows(result, 4)) return bad_argument(8);
     const std::size_t elements = connect.cols;
     if (elements >= UNSET_ID) return out_of_memory;
+    if (!part_from(connect, result) || !part_from(connect, kept_IDs) ||
+        !part_from(connect, split_IDs))
+        return out_of_memory;
     // Room behind what the lists hold, so that no append below is dropped.
     if (!kept_IDs.reserve(kept_IDs.size + elements, 1)) return out_of_memory;
     if (!split_IDs.reserve(split_IDs.size + elements, 1)) return out_of_memory;

@@ -65,6 +65,7 @@ int split_Q4_into_T3(const dense2D<double>& coords, const dense2D<unsigned>& con
     // Columns without rows are no elements.
     if (is_empty(connect)) return success;
     if (has_rows(connect, 3)) return append_columns(connect, result) ? success : out_of_memory;
+    if (!part_from(connect, result)) return out_of_memory;
     return append_triangles(connect.cols, result, [&](unsigned* to, std::size_t ld) {
         return has_rows(coords, 2) ? cut_by_quality<2>(coords, connect, to, ld)
                                    : cut_by_quality<3>(coords, connect, to, ld);

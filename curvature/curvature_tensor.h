@@ -15,9 +15,9 @@ struct principal_pair {
 
 /// The eigenvectors and eigenvalues of the patch's tensor: the sum over its interior edges of
 /// dihedral angle times length along the edge, divided by half the patch's doubled area. The first
-/// value is the one of largest magnitude; a second value below a thousandth of it has no direction
-/// of its own and gets the one across the first and the seed's normal. All zero for a patch without
-/// area.
+/// value is the one of largest magnitude; a second value not above a thousandth of it has no
+/// direction of its own and gets the one across the first and the seed's normal. All zero for a
+/// patch without area and where the eigenvalues can't be had.
 principal_pair curvature_tensor_at_node(const surface_patches& surface,
                                         const dense1D<unsigned, 8>& list, generation_marks& marks);
 

@@ -56,8 +56,8 @@ void fill_facets(const double* points, std::size_t point_ld, const dense2D<unsig
     }
 }
 
-/// True unless the normals of two triangles enclose more than the angle whose signed squared cosine
-/// is given; compared without a root.
+/// True when the normals of two triangles enclose less than the angle of which the signed squared
+/// cosine is given; compared without a root. False when one of the triangles has no area.
 bool within_angle(const surface_patches::facet& t, const surface_patches::facet& u,
                   double squared_cosine)
 {

@@ -43,7 +43,8 @@ struct surface_patches {
     dense1D<edge_share, 8> shares;
 };
 
-/// Which edges stop a patch: those listed as ridges and those that turn by more than an angle.
+/// What ends a patch: a distance, a count, edges listed as ridges (one that their set has no room
+/// for is crossed) and edges that turn by an angle or more or stand beside a triangle without area.
 struct patch_limits {
     double radius;
     double max_angle;

@@ -40,6 +40,14 @@ bool takes_rows(const dense2D<T>& m, std::size_t rows)
     return m.is_empty() || m.rows == rows;
 }
 
+/// True if growing or writing the output can take entries of an input away: they are views of one
+/// block.
+template <class Output, class... Inputs>
+bool shares_block(const Output& output, const Inputs&... inputs)
+{
+    return ((output.block == inputs.block) || ...);
+}
+
 /// The bound for node IDs: the number of nodes, cut to the largest count that IDs can name.
 inline unsigned node_bound(std::size_t nodes)
 {

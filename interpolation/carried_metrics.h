@@ -47,7 +47,7 @@ inline bool is_definite(const symmetric_fixed<double, 2>& m)
     return values[0] > 0.0;
 }
 
-/// As above; an iteration that fails leaves zeros and so counts as not definite.
+/// As above. What a failed call leaves, zeros or NaN, is not above 0.
 inline bool is_definite(const symmetric_fixed<double, 3>& m)
 {
     symmetric_fixed<double, 3> overwritten = m;
@@ -59,7 +59,7 @@ inline bool is_definite(const symmetric_fixed<double, 3>& m)
 }
 
 /// One metric of dimension D a node. An interpolation is refused when a metric that it uses is not
-/// positive definite.
+/// positive definite; on a node of the background its metric is copied, whatever it holds.
 template <std::size_t D>
 class metric_carrier {
 public:

@@ -100,7 +100,7 @@ struct node_quadtree {
 
     /// As `insert_node` for each ID of the list in its order; returns how many were stored. In an
     /// empty tree the cells are the same, but numbered along a space-filling curve. O(n log n), 32
-    /// bytes a node for the time of the call.
+    /// bytes a node while they are sorted; without that storage they go in one by one.
     std::size_t insert_nodes(const dense1D<unsigned, 8>& ids);
 
     /// A node near the point, not always the nearest, or `UNSET_ID`. Points outside the box have
@@ -222,6 +222,9 @@ private:
         return shortcuts.begin() +
                ((std::size_t(p.y >> unused) << shortcut_bits) + (p.x >> unused));
     }
+    /// Lays the cells of all listed nodes down in an empty tree. False, no change and no storage
+    /// held, when there is no room to sort or for the cells.
+    bool insert_sorted(const dense1D<unsigned, 8>& ids);
     void make_shortcuts(std::size_t nodes);
     /// `x` and `y` are the square of the grid at the lower corner of the cell.
     void fill_shortcuts(const shortcut& divided, std::size_t x, std::size_t y);

@@ -42,17 +42,20 @@ unsigned shared_levels(const curve_node& a, const curve_node& b)
     return differing ? static_cast<unsigned>(__builtin_clzll(differing)) / 2 : 32u;
 }
 
-/// Sorts by key and rank, by way of `other`, which has the same size; the list comes in by rank.
-/// Two stable distributions on the leading bits, then each run of equal leading bits by itself:
-/// nodes that fill the plane have runs of one or two.
-void sort_along_curve(curve_node* nodes, curve_node* other, std::size_t n)
+/// Sorts by key and rank; the list comes in by rank. Two stable distributions on the leading bits,
+/// to a second array and back, then each run of equal leading bits by itself: nodes that fill the
+/// plane have runs of one or two. False, and no change, when there is no second array.
+bool sort_along_curve(curve_node* nodes, std::size_t n)
 {
     constexpr unsigned BITS = 11;
     constexpr std::size_t BUCKETS = std::size_t(1) << BITS;
     if (n < BUCKETS) {
         std::sort(nodes, nodes + n, before);
-        return;
+        return true;
     }
+    dense1D<curve_node, 8> second;
+    if (!second.resize(n)) return false;
+    curve_node* other = second.begin();
     const unsigned shifts[] = {64 - 2 * BITS, 64 - BITS};
     std::size_t next[2][BUCKETS] = {};
     for (std::size_t i = 0; i < n; ++i)
@@ -75,6 +78,7 @@ void sort_along_curve(curve_node* nodes, curve_node* other, std::size_t n)
         if (last - first > 1) std::sort(nodes + first, nodes + last, before);
         first = last;
     }
+    return true;
 }
 
 /// Number of cells that are divided. Such a cell holds four nodes in a row; each is counted at the
@@ -144,17 +148,17 @@ struct cell_writer {
 
 std::size_t node_quadtree::insert_nodes(const dense1D<unsigned, 8>& ids)
 {
-    const auto one_by_one = [&] {
-        std::size_t stored = 0;
-        for (std::size_t k = 0; k < ids.size; ++k) stored += insert_node(ids[k]);
-        return stored;
-    };
     const bool empty = count == 0 && cells.cols == 4;
-    if (!empty || ids.size < 4 || ids.size >= UNSET_ID) return one_by_one();
+    if (empty && ids.size >= 4 && ids.size < UNSET_ID && insert_sorted(ids)) return count;
+    std::size_t stored = 0;
+    for (std::size_t k = 0; k < ids.size; ++k) stored += insert_node(ids[k]);
+    return stored;
+}
+
+bool node_quadtree::insert_sorted(const dense1D<unsigned, 8>& ids)
+{
     dense1D<curve_node, 8> nodes;
-    dense1D<curve_node, 8> other;
-    // Sorting is a convenience: without room for it the nodes go in one by one.
-    if (!nodes.resize(ids.size) || !other.resize(ids.size)) return one_by_one();
+    if (!nodes.resize(ids.size)) return false;
 
     curve_node* const sorted = nodes.begin();
     std::size_t n = 0;
@@ -166,14 +170,14 @@ std::size_t node_quadtree::insert_nodes(const dense1D<unsigned, 8>& ids)
         const integer_point at = quantize(p[0], p[1]);
         sorted[n++] = {with_gaps(at.y) << 1 | with_gaps(at.x), id, static_cast<unsigned>(k)};
     }
-    sort_along_curve(sorted, other.begin(), n);
-    if (!resize_cells(4 + 4 * divided_cells(sorted, n))) return one_by_one();
+    if (!sort_along_curve(sorted, n)) return false;
+    if (!resize_cells(4 + 4 * divided_cells(sorted, n))) return false;
 
     cell_writer writer{cells.column(0)};
     writer.write(0, ROOT_LEVEL, sorted, sorted + n);
     count = writer.stored;
     make_shortcuts(n);
-    return writer.stored;
+    return true;
 }
 
 void node_quadtree::make_shortcuts(std::size_t nodes)

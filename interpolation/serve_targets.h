@@ -19,14 +19,11 @@ struct interpolation_arguments {
 /// Arguments 1 to 4; `checked_type` is the kind that `connect` is held against.
 inline int check_background(const interpolation_arguments& a, element_type checked_type)
 {
-    const auto bound = [](std::size_t n) {
-        return n < UNSET_ID ? static_cast<unsigned>(n) : UNSET_ID;
-    };
     if (!has_rows(a.coords, 2)) return bad_argument(1);
     if (!tessalo::check_IDs(a.connect, checked_type, node_bound(a.coords))) return bad_argument(2);
     if (a.neighbors.rows != a.connect.rows || a.neighbors.cols != a.connect.cols)
         return bad_argument(3);
-    if (!tessalo::check_IDs(a.neighbors, bound(a.connect.cols))) return bad_argument(3);
+    if (!tessalo::check_IDs(a.neighbors, node_bound(a.connect.cols))) return bad_argument(3);
     if (a.node_element.size != a.coords.cols) return bad_argument(4);
     return success;
 }

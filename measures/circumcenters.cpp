@@ -90,6 +90,8 @@ int circumcenters(const dense2D<double>& coords, const dense2D<unsigned>& connec
     if (!has_rows(coords, 2, 3)) return bad_argument(1);
     if (!has_rows(connect, 3)) return bad_argument(2);
     if (!tessalo::check_IDs(connect, ELEMENT_T3, node_bound(coords))) return bad_argument(2);
+    // Writing to a block that the coordinates share would take them away.
+    if (shares_block(centers, coords)) centers = dense2D<double>();
     const std::size_t elements = connect.cols;
     if (!centers.resize(coords.rows, elements)) return out_of_memory;
     if (elements == 0) return success;

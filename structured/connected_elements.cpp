@@ -245,6 +245,11 @@ int get_connected_elements(const dense2D<unsigned>& connect, const dense2D<unsig
     const std::size_t named = std::min<std::size_t>(connect.cols, UNSET_ID);
     if (!are_IDs_or_unset(node_element, static_cast<unsigned>(named))) return bad_argument(3);
 
+    // Growing a block that the inputs share would take their entries away.
+    if (shares_block(offsets, connect, neighbors, node_element)) offsets = dense1D<unsigned, 8>();
+    if (shares_block(elements, connect, neighbors, node_element, offsets))
+        elements = dense1D<unsigned, 8>();
+
     const std::size_t nodes = node_element.size;
     stamped_set marks;
     if (nodes >= UNSET_ID || !offsets.reserve(nodes + 1, 1) || !elements.reserve(6 * nodes, 1) ||

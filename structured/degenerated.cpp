@@ -126,6 +126,8 @@ int convert_degenerated_Q(dense2D<unsigned>& connect, dense1D<unsigned, 8>& conv
 {
     converted_IDs.size = 0;
     if (is_empty(connect)) return success;
+    // Growing a block that the elements share would take them away.
+    if (shares_block(converted_IDs, connect)) converted_IDs = dense1D<unsigned, 8>();
     // An append that finds no storage leaves its column unrecorded: kept, callers rely on it.
     const auto record = [&](const unsigned* converted, std::size_t size) {
         for (std::size_t k = 0; k < size; ++k) converted_IDs.append(converted[k]);

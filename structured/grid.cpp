@@ -259,21 +259,28 @@ int append_grid(dense2D<double>& coords, const dense1D<unsigned, 8>& boundary,
                 const loop_grid& grid, const Cells& cells, dense2D<unsigned>& connect)
 {
     constexpr std::size_t ROWS = Cells::ROWS;
+    const dense2D<double> before = coords;
     const std::size_t nods0 = coords.cols;
     const std::size_t cols0 = connect.cols;
     const std::size_t dangling = connect.is_empty() ? cols0 : 0;
     const std::size_t cols = cols0 + Cells::COLUMNS * grid.N * grid.M;
+    // Elements are written, and storage moves, while the loop is read: from a copy if they are in
+    // one block.
+    dense1D<unsigned, 8> around = boundary;
+    const bool kept = !shares_block(connect, boundary) || around.copy(boundary);
     // Without cells along the first side the new count wraps and cuts nodes off.
     // Kept: callers rely on it.
-    if (!can_number(grid, nods0) || cols < cols0 ||
+    if (!kept || !can_number(grid, nods0) || cols < cols0 ||
         !coords.resize(coords.rows, nods0 + grid.interior_count()) || !connect.resize(ROWS, cols)) {
-        // Back to the old counts, for which there is room.
-        (void)coords.resize(coords.rows, nods0);
-        (void)connect.resize(ROWS, cols0);
+        // Back to the old nodes, in their layout, and to the old count of elements. The output has
+        // its rows from now on, and columns that had none hold no element; if there is no storage
+        // for those they stay without.
+        coords = before;
+        (void)connect.resize(ROWS, cols0, UNSET_ID);
         return out_of_memory;
     }
 
-    const unsigned* const loop = boundary.begin();
+    const unsigned* const loop = around.begin();
     const node_points points{coords.block->data + coords.offset, coords.ld};
     if (coords.rows == 2)
         blend_interior<2>(grid, loop, points, nods0);

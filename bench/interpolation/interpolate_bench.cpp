@@ -208,9 +208,11 @@ BENCHMARK_CAPTURE(build, natural, NATURAL)->Apply(element_counts);
 BENCHMARK_CAPTURE(build, shuffled, SHUFFLED)->Apply(element_counts);
 BENCHMARK_CAPTURE(start, random_natural, NATURAL, order::random)->Apply(element_counts);
 BENCHMARK_CAPTURE(start, spatial_natural, NATURAL, order::spatial)->Apply(element_counts);
+BENCHMARK_CAPTURE(start, line_natural, NATURAL, order::line)->Apply(element_counts);
 BENCHMARK_CAPTURE(start, random_shuffled, SHUFFLED, order::random)->Apply(element_counts);
 BENCHMARK_CAPTURE(walk, random_natural, NATURAL, order::random)->Apply(element_counts);
 BENCHMARK_CAPTURE(walk, spatial_natural, NATURAL, order::spatial)->Apply(element_counts);
+BENCHMARK_CAPTURE(walk, line_natural, NATURAL, order::line)->Apply(element_counts);
 BENCHMARK_CAPTURE(walk, random_shuffled, SHUFFLED, order::random)->Apply(element_counts);
 BENCHMARK_CAPTURE(whole, T3_random_natural, form::T3, ELEMENT_T3, NATURAL, order::random)
     ->Apply(element_counts);

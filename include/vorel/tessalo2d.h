@@ -68,8 +68,8 @@ VOREL_API int area(const dense2D<double>& coords, const dense2D<unsigned>& conne
 /// returns     0; -1 rows of `coords`; -2 rows of `connect`; -199; -2 IDs of `connect`, with E
 ///             zeros in both outputs (kept: callers rely on it)
 ///
-/// On every other return the outputs are empty. An angle that is not a number is taken over and the
-/// next corner's angle takes its place. O(E), the time of the `atan2` calls; no other allocation.
+/// They are empty after -1, after -2 for rows, after -199 and for an empty `connect`. An angle that
+/// is not a number is taken over and the next corner's angle takes its place. O(E), the time of the `atan2` calls; no other allocation.
 VOREL_API int angles(const dense2D<double>& coords, const dense2D<unsigned>& connect,
                      bool normalized, dense1D<double, 8>& angle_min, dense1D<double, 8>& angle_max);
 
@@ -171,7 +171,8 @@ VOREL_API int split_into_linear(const dense2D<unsigned>& connect, dense2D<unsign
 ///                 node, ...), IDs below N or unset. The nodes of an edge are consecutive from the
 ///                 first one on, in the direction of the ends; they keep their coordinates. Of two
 ///                 columns for the same edge the first gives the direction and the last the nodes.
-///                 A column with an unset ID in rows 0 to 2 is ignored.
+///                 A column with an unset ID in rows 0 to 2 is ignored. Of a prepared edge only the
+///                 first node is checked: a run that starts too late names new nodes or none.
 /// returns         0, also when all three counts are 0 (`result` is then empty); -1 rows of
 ///                 `coords`, checked first, then `result` is unchanged; -2 rows or IDs of
 ///                 `connect`; -4 `quad_nodes`; -5 `triangle_nodes`; -6 rows or IDs of `edges`; -199
@@ -179,7 +180,9 @@ VOREL_API int split_into_linear(const dense2D<unsigned>& connect, dense2D<unsign
 ///
 /// Each output is grown once. O(E) at about 8 bytes a side and 4 bytes a node of working storage.
 /// When that can't be had a hash table takes its place, and an edge that this table has no storage
-/// for gets `UNSET_ID` for its nodes.
+/// for gets `UNSET_ID` for its nodes. An edge that was lost because storage ran out while the table
+/// was rebuilt is numbered again when it is met again, and has two runs. After `std::bad_alloc`,
+/// thrown when a block object can't be had, `result` is unspecified.
 VOREL_API int convert_into_high_order(dense2D<double>& coords, const dense2D<unsigned>& connect,
                                       unsigned edge_nodes, unsigned quad_nodes,
                                       unsigned triangle_nodes, dense2D<unsigned>& result,
@@ -524,7 +527,7 @@ VOREL_API int extrude_spiral_T3(dense2D<double>& coords, const dense2D<unsigned>
 /// connectQ  empty or 4 rows; M * N elements are appended, those of i = 0 first, j rising
 /// returns   0, also when N, L or M is 0, before any check; -1 rows of `coords`; -2 fewer than 5
 ///           entries, an open loop or IDs of `boundary`; -3 an N that does not fit L; -4 rows of
-///           `connectQ`; -199, the counts of columns are then as before
+///           `connectQ`; -199, the counts of columns are then as before and `connectQ` has 4 rows
 ///
 /// The interior is the bilinearly blended Coons patch of the four sides, by index and not by arc
 /// length: it takes over the spacing of the sides, and a loop with straight sides is reproduced.
@@ -539,7 +542,8 @@ VOREL_API int mesh_struct_Q4(dense2D<double>& coords, const dense1D<unsigned, 8>
 /// connectT  empty or 3 rows; 2 M N elements are appended
 /// returns   0, also when N or L is 0, before any check; -1 rows of `coords`; -2 fewer than 5
 ///           entries, an open loop or IDs of `boundary`; -3 an N that does not fit L; -4 `pattern`;
-///           -5 rows of `connectT`; -199, the counts of columns are then as before
+///           -5 rows of `connectT`; -199, the counts of columns are then as before and `connectT`
+///           has 3 rows
 ///
 /// A loop with M = 0 passes the checks when L is 2 N + 1: no element is made, and the last N - 1
 /// columns of `coords` are cut off. -199 if there are fewer.
@@ -631,9 +635,11 @@ VOREL_API int convert_degenerated_Q(dense2D<unsigned>& connect,
 /// returns      the number of flips; 0 without columns; -1 rows of `connect` or a misplaced
 ///              `UNSET_ID`; -2 shape of `neighbors`; -3 `seed`
 ///
-/// A neighbor that does not hold the common edge is a conflict. It sets the result to -2, and later
-/// flips count on from there; while the result is negative each element compares itself to one
-/// neighbor only. A surface that can't be oriented is no error. O(E); 4 bytes and 2 bits for each
+/// A neighbor that does not hold the common edge is a conflict; one that holds only one of its
+/// nodes, in row 0, passes for a neighbor that does (kept: callers rely on it), and is flipped if it
+/// is the node at which the edge ends. A conflict sets the result to -2, and later flips count on
+/// from there; while the result is negative each element compares itself to one neighbor only. A
+/// surface that can't be oriented is no error. O(E); 4 bytes and 2 bits for each
 /// element, from the standard allocator, whose `std::bad_alloc` passes before anything changes.
 VOREL_API int mesh_reorient(dense2D<unsigned>& connect, dense2D<unsigned>& neighbors, unsigned seed,
                             int all_regions);
@@ -653,10 +659,10 @@ VOREL_API int mesh_reorient(dense2D<unsigned>& connect, dense2D<unsigned>& neigh
 ///               -199
 ///
 /// Only elements that can be reached across sides that touch the node are listed. When an element
-/// on the way does not hold the node, or the lists find no storage, the run ends there with status
-/// 0; `offsets` has then n + 2 entries for the node n where it ended. O(N + size of the lists); 4
-/// bytes for each element beside the outputs, and the longest fan from the standard allocator,
-/// whose `std::bad_alloc` passes.
+/// on the way does not hold the node, a walk takes as many steps as there are columns without an
+/// end, or the lists find no storage, the run ends there with status 0; `offsets` has then n + 2
+/// entries for the node n where it ended. O(N + size of the lists); 4 bytes for each element beside
+/// the outputs, and the longest fan from the standard allocator, whose `std::bad_alloc` passes.
 VOREL_API int get_connected_elements(const dense2D<unsigned>& connect,
                                      const dense2D<unsigned>& neighbors,
                                      const dense1D<unsigned, 8>& node_element,
@@ -690,8 +696,8 @@ VOREL_API int get_connected_elements(const dense2D<unsigned>& connect,
 // a few steps between elements; at worst E steps from each element around a node, when `neighbors`
 // leads in circles. Memory: 1 byte for each node ID up to the largest in use, 4 bytes for each node
 // in use, and the tree: about 15 bytes for each of nodes that are spread evenly, up to 512 where
-// four and more nearly coincide. While it is built 32 bytes a node. When the tree has no memory, no
-// target is served.
+// four and more nearly coincide. While it is built 32 bytes a node. Without memory for the list of
+// nodes no target is served; nodes that no cells can be had for are not found.
 
 /// Gives each target the value of a field with any number of rows. This form searches nothing: it
 /// checks its arguments and leaves every field as it is.
@@ -710,7 +716,8 @@ VOREL_API int interpolate(const dense2D<double>& coords, const dense2D<unsigned>
 /// Gives each target the value of a scalar field: linear in a triangle, bilinear in a
 /// quadrilateral, whose local coordinates are found by at most 10 passes of Newton's method.
 ///
-/// field     N entries; those of background nodes are read, those of targets written one by one
+/// field     N entries; those of background nodes are read, those of targets written one by one;
+///           shares no element with `coords`
 /// returns   as the form above, -5 for the size of `field`
 VOREL_API int interpolate(const dense2D<double>& coords, const dense2D<unsigned>& connect,
                           const dense2D<unsigned>& neighbors,
@@ -719,11 +726,12 @@ VOREL_API int interpolate(const dense2D<double>& coords, const dense2D<unsigned>
 
 /// Gives each target a metric: simultaneous reduction of two metrics, sizes linear along the common
 /// directions, nested over the triangle. A result that uses a metric which is not positive definite
-/// is refused and the target keeps its own; a value copied from the nearest node is not tested.
+/// is refused and the target keeps its own; on a node of the background its metric is copied,
+/// whatever it holds. A value copied from the nearest node is not tested.
 ///
-/// metrics     3 x N (m00 m01 m11) or 6 x N (m00 m01 m11 m02 m12 m22), per squared unit of
-/// `coords`;
-///             those of background nodes are read, those of targets written one by one
+/// metrics     3 x N (m00 m01 m11) or 6 x N (m00 m01 m11 m02 m12 m22), per squared unit of length;
+///             those of background nodes are read, those of targets written one by one; shares no
+///             element with `coords`
 /// keep_valid  a target whose metric has only eigenvalues above 0 keeps it
 /// returns     0; checked in this order: 0 `nodes` is empty; -1 rows of `coords`; -2 `connect` is
 ///             not all triangles, whatever `type` says, or has IDs from N up; -3 shape or IDs of
@@ -749,7 +757,8 @@ VOREL_API int interpolate_metrics(const dense2D<double>& coords, const dense2D<u
 /// ((xi + 3) / 4, (eta + 3) / 4). A result that uses a size which is not above 0 is refused and the
 /// target keeps its own; a value copied from the nearest node is not tested.
 ///
-/// sizes       N entries; those of background nodes are read, those of targets written one by one
+/// sizes       N entries; those of background nodes are read, those of targets written one by one;
+///             shares no element with `coords`
 /// keep_valid  a target whose size is above 0 and below the largest double keeps it
 /// returns     0; checked in this order: 0 `nodes` is empty; -1 rows of `coords`; -2 `connect` is
 ///             not of the kind `type` or has IDs from N up; -3 shape or IDs of `neighbors`; -4 size
@@ -776,13 +785,13 @@ VOREL_API int interpolate_metrics(const dense2D<double>& coords, const dense2D<u
 /// part is left out. A node in no triangle, or in triangles flat in the parameter plane only, gets
 /// zeros.
 ///
-/// uvs          2 x N parameters (u, v)
-/// connect      3 x E, IDs below N
-/// derivatives  6 x N: Su in rows 0 to 2, Sv in rows 3 to 5
-/// forms        replaced: 3 x N, rows L, M, N of the form; empty on every other return
+/// uvs          2 x K parameters (u, v)
+/// connect      3 x E, IDs below K; an empty one is nothing to do: 0, with `forms` empty
+/// derivatives  6 x K: Su in rows 0 to 2, Sv in rows 3 to 5
+/// forms        replaced: 3 x K, rows L, M, N of the form; empty on every other return
 /// returns      0; -1 rows of `uvs`; -2 rows or IDs of `connect`; -3 shape of `derivatives`; -199
 ///
-/// O(E + N); 64 bytes a node besides the result.
+/// O(E + K); 64 bytes a node besides the result.
 VOREL_API int parametric_curvatures(const dense2D<double>& uvs, const dense2D<unsigned>& connect,
                                     const dense2D<double>& derivatives, dense2D<double>& forms);
 
@@ -790,11 +799,11 @@ VOREL_API int parametric_curvatures(const dense2D<double>& uvs, const dense2D<un
 /// the dihedral angles of a patch of triangles around the node make along its edges (the normal
 /// cycle of a polyhedral surface: Cohen-Steiner and Morvan, 2003). The patch grows from the first
 /// triangle that holds the node across edges, as far as centroids lie within `radius` of it. An
-/// edge is not crossed when it is a ridge or when the normals beside it enclose more than
-/// `max_angle`.
+/// edge is not crossed when it is a ridge, when the normals beside it enclose `max_angle` or more,
+/// or, while that is tested, when a triangle beside it has no area.
 ///
 /// coords         3 x N
-/// connect        3 x E, IDs below N
+/// connect        3 x E, IDs below N; an empty one is nothing to do: 0, with `curvatures` unchanged
 /// neighbors      3 x E: entry (k, e) is the triangle across the edge of e opposite its node k.
 ///                Only the columns are checked; an entry that names no triangle is no neighbour
 /// radius         of a patch, in units of `coords`; its sign is lost. With 0 or NaN patches are
@@ -806,14 +815,16 @@ VOREL_API int parametric_curvatures(const dense2D<double>& uvs, const dense2D<un
 ///                is the eigenvalue of largest magnitude, row 7 the second. Edges add up along
 ///                themselves, so the first direction runs along the sharp edges, across the
 ///                strongest bending. Convex surfaces with outward normals have negative values. A
-///                second value below a thousandth of the first has no direction of its own: it gets
-///                the one across the first and the normal. A node in no triangle or in a patch
-///                without area: zeros
+///                second value not above a thousandth of the first has no direction of its own: it
+///                gets the one across the first and the normal of the patch's first triangle. A
+///                node in no triangle, in a patch without area or whose eigenvalues LAPACK fails to
+///                find: zeros
 /// returns        0; -1 rows of `coords`; -2 rows or IDs of `connect`; -3 columns of `neighbors`;
 ///                -7 rows or IDs of `ridges`; -199, with `curvatures` empty
 ///
-/// The cost of a node follows its patch. About 150 bytes a triangle and 4 a node besides the
-/// result. When storage for a patch's list is refused the triangle concerned is left out.
+/// The cost of a node follows its patch. About 150 bytes a triangle, 4 a node and up to 60 a ridge
+/// besides the result. When storage for a patch's list is refused the triangle concerned is left
+/// out, and a ridge that the set of ridges has no room for is crossed.
 VOREL_API int principal_curvatures(const dense2D<double>& coords, const dense2D<unsigned>& connect,
                                    const dense2D<unsigned>& neighbors, double radius,
                                    double max_angle, unsigned max_triangles,
@@ -834,8 +845,10 @@ VOREL_API int principal_curvatures(const dense2D<double>& coords, const dense2D<
 /// returns      0; -1 rows of `coords`; -2 rows or IDs of `connect`; -4 rows of `metrics`; -199,
 ///              with nothing changed
 ///
-/// Edges of zero or infinite length do not count. A triangle is left at its first node without an
-/// edge that counts. O(E), three intersections a triangle; 12 bytes a node besides the result.
+/// An edge whose squared length is 0 or not finite does not count. A triangle is left at its first
+/// node without an edge that counts. The tangent frame of a triangle starts from that of the one
+/// before it: after a triangle whose normal is not finite no later one proposes a usable metric.
+/// O(E), three intersections a triangle; 12 bytes a node besides the result.
 VOREL_API int metrics_gen_aniso3d(const dense2D<double>& coords, const dense2D<unsigned>& connect,
                                   double normal_size, dense2D<double>& metrics);
 

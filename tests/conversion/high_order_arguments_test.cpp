@@ -1,5 +1,9 @@
+#include "conversion/element_nodes.h"
 #include "conversion/high_order_outcome.h"
+#include "support/allocation.h"
 #include "support/meshes.h"
+
+#include <limits>
 
 using namespace vorel;
 using support::bits;
@@ -136,22 +140,79 @@ TEST(ConvertIntoQuadratic, AWrongDimensionLeavesTheConnectivityAndOtherFailuresE
     EXPECT_TRUE(connect.is_empty());
 }
 
-TEST(ConvertIntoHighOrder, IDsBeyondTheLastOneAreRefusedAndUndone)
+TEST(ConvertIntoHighOrder, ColumnsTooLongForTheStorageAreRefusedAndUndone)
 {
-    // 1431655764 nodes on each of three edges and one inside, or more, pass the last ID.
+    // The longest of these have about 51 GB, more than the tests' allocator ever serves.
     const dense2D<double> three{{0, 0}, {1, 0}, {0, 1}};
-    for (const auto& [a, c] : {std::pair{1431655764u, 1u}, {1431655765u, 0u}, {4294967295u, 0u}}) {
+    for (const auto& [a, c] : {std::pair{2000000000u, 1u}, {3000000000u, 3u}, {4294967295u, 0u}}) {
         const outcome to = converted(three, {{0, 1, 2}}, a, 0, c);
         EXPECT_EQ(to.status, -199);
         EXPECT_TRUE(to.connect.is_empty());
         EXPECT_EQ(bits(to.coords), bits(three));
     }
-    const outcome quad = converted(square(), {{0, 1, 2, 3}}, 1, 4294836225u, 0);
-    EXPECT_EQ(quad.status, -199);
-    EXPECT_EQ(bits(quad.coords), bits(square()));
-    const outcome interior = converted(square(), {{0, 1, 2, 3}}, 0, 4294836225u, 0);
-    EXPECT_EQ(interior.status, -199);
-    EXPECT_TRUE(interior.connect.is_empty());
+}
+
+TEST(ConvertIntoHighOrder, InteriorNodesBeyondTheLastIDAreRefusedBeforeStorageIsAskedFor)
+{
+    for (const unsigned edge_nodes : {0u, 1u, 4294967295u}) {
+        const auto refusals = support::each_refused_allocation([&](auto armed, const auto&) {
+            dense2D<double> coords = square();
+            const dense2D<unsigned> two_quads{{0, 1, 2, 3}, {0, 1, 2, 3}};
+            dense2D<unsigned> result;
+            int status = 1;
+            armed([&] {
+                // One of these has IDs for its nodes, two have not.
+                status = convert_into_high_order(coords, two_quads, edge_nodes, 4294836225u, 0,
+                                                 result, NO_EDGES);
+            });
+            EXPECT_EQ(status, -199);
+            EXPECT_TRUE(result.is_empty());
+            EXPECT_EQ(bits(coords), bits(square()));
+        });
+        EXPECT_EQ(refusals, 0u) << edge_nodes;
+    }
+}
+
+TEST(TakeIDs, GoesExactlyUpToTheLastID)
+{
+    const auto taken = [](std::size_t next, std::size_t elements, unsigned nodes) {
+        const std::size_t before = next;
+        const bool done = tessalo2d::take_ids(next, elements, nodes);
+        EXPECT_EQ(next, done ? before + elements * nodes : before);
+        return done;
+    };
+    EXPECT_TRUE(taken(U - 6, 2, 3));
+    EXPECT_FALSE(taken(U - 5, 2, 3));
+    EXPECT_TRUE(taken(0, 1, U));
+    EXPECT_FALSE(taken(1, 1, U));
+    EXPECT_TRUE(taken(0, U, 1));
+    EXPECT_FALSE(taken(1, U, 1));
+    EXPECT_TRUE(taken(U - 1, 1, 1));
+    EXPECT_FALSE(taken(U, 1, 1));
+}
+
+TEST(TakeIDs, RefusesCountsWhoseProductLeavesTheirType)
+{
+    std::size_t next = 7;
+    EXPECT_FALSE(tessalo2d::take_ids(next, U / 3 + 1, 3));
+    EXPECT_FALSE(tessalo2d::take_ids(next, std::numeric_limits<std::size_t>::max(), 1));
+    // 2^63 times 2, 2^62 times 4: both products wrap around to 0.
+    EXPECT_FALSE(tessalo2d::take_ids(next, std::size_t(1) << 63, 2));
+    EXPECT_FALSE(tessalo2d::take_ids(next, std::size_t(1) << 62, 4));
+    EXPECT_EQ(next, 7u);
+}
+
+TEST(TakeIDs, NoneAreAlwaysThere)
+{
+    // A node count may lie beyond the last ID.
+    for (std::size_t next : {std::size_t(0), std::size_t(U), std::size_t(U) + 5}) {
+        const std::size_t before = next;
+        EXPECT_TRUE(tessalo2d::take_ids(next, 0, 3));
+        EXPECT_TRUE(tessalo2d::take_ids(next, 3, 0));
+        EXPECT_TRUE(tessalo2d::take_ids(next, 0, 0));
+        EXPECT_TRUE(tessalo2d::take_ids(next, std::numeric_limits<std::size_t>::max(), 0));
+        EXPECT_EQ(next, before);
+    }
 }
 
 // -------------------------------------------------------------------------------- aliases, layouts

@@ -183,7 +183,7 @@ TEST(SplitByQuality, DecidesNearTiesAndAtAnyScaleAsTrianglesJudgedOneByOne)
     std::uniform_real_distribution<double> number(-1, 1);
     const dense2D<unsigned> quad{{2, 0, 3, 1}};
     for (int k = 0; k < 10000; ++k) {
-        const double scale = std::pow(10.0, 3 * (k % 21) - 30) * (k % 97 ? 1 : 1e150);
+        const double scale = std::pow(10.0, 0.5 * (k % 121) - 30) * (k % 97 ? 1 : 1e150);
         const double amount = std::pow(10.0, -(k % 18));
         const double flat = k % 5 ? 1 : 1e-7;
         const double far = k % 7 ? 0 : 1e6;
@@ -200,6 +200,23 @@ TEST(SplitByQuality, DecidesNearTiesAndAtAnyScaleAsTrianglesJudgedOneByOne)
         ASSERT_EQ(split(m.coords, quad), judged_one_by_one<2>(m)) << "draw " << k;
         ASSERT_EQ(split(up.coords, quad), judged_one_by_one<3>(up)) << "draw " << k;
     }
+}
+
+TEST(SplitByQuality, DecidesInSpaceWhereTheSquareOfAnAreaLeavesTheRangeOfSinglePrecision)
+{
+    std::mt19937 draw(23);
+    std::uniform_real_distribution<double> number(-1, 1);
+    const dense2D<unsigned> quad{{2, 0, 3, 1}};
+    const double corners[4][3] = {{1, 0, 0}, {0, 1, 0}, {0, 0, 0}, {1, 1, 0}};
+    for (const double scale : {3e-12, 6e-12, 1e-11, 3e9, 6e9, 1e10})
+        for (int k = 0; k < 500; ++k) {
+            support::mesh m{"", dense2D<double>(3, 4), quad};
+            for (unsigned j = 0; j < 4; ++j)
+                for (unsigned i = 0; i < 3; ++i)
+                    m.coords(i, j) = scale * (corners[j][i] + 0.8 * number(draw));
+            ASSERT_EQ(split(m.coords, quad), judged_one_by_one<3>(m))
+                << "scale " << scale << " draw " << k;
+        }
 }
 
 TEST(SplitByQuality, DecidesWithInfiniteAndMissingNumbersAsTrianglesJudgedOneByOne)

@@ -151,6 +151,37 @@ TEST(MetricsGenAniso3d, IdsBeyondTheFieldExtendItWithColumnsOfItsOwn)
     EXPECT_NEAR(form(metrics, 3, X), 1 / (4.5 * 4.5), 1e-16);
 }
 
+TEST(MetricsGenAniso3d, ColumnsWithoutRowsCountAsColumns)
+{
+    dense2D<double> metrics;
+    metrics.cols = 5;
+    ASSERT_EQ(metrics_gen_aniso3d(RIGHT, ONE, 0.0, metrics), 0);
+    ASSERT_EQ(metrics.rows, 6u);
+    ASSERT_EQ(metrics.cols, 5u);
+    EXPECT_NEAR(form(metrics, 0, X), 1 / (3.5 * 3.5), 1e-16);
+    EXPECT_EQ(support::columns(metrics)[3], std::vector<double>(6, 0.0));
+    EXPECT_EQ(support::columns(metrics)[4], std::vector<double>(6, 0.0));
+}
+
+TEST(MetricsGenAniso3d, ANodeThatIsNotANumberEndsTheRefinementByLaterTriangles)
+{
+    const double NOT_A_NUMBER = std::numeric_limits<double>::quiet_NaN();
+    const dense2D<double> coords{{0, 0, 0}, {3, 0, 0}, {0, 4, 0}, {NOT_A_NUMBER, 0, 0},
+                                 {1, 1, 1}, {2, 1, 1}};
+    // The frame of a triangle is the hint for the next: once it is no number it stays so.
+    dense2D<double> metrics(6, 6, 0.0);
+    for (std::size_t i = 0; i < 6; ++i) metrics(0, i) = metrics(2, i) = metrics(5, i) = 1e-3;
+    const dense2D<unsigned> spoiled_first{{3, 4, 5}, {0, 1, 2}, {2, 0, 1}};
+    ASSERT_EQ(metrics_gen_aniso3d(coords, spoiled_first, 0.0, metrics), 0);
+    for (std::size_t i = 0; i < 6; ++i)
+        EXPECT_EQ(support::columns(metrics)[i], (std::vector<double>{1e-3, 0, 1e-3, 0, 0, 1e-3}))
+            << i;
+    const dense2D<unsigned> spoiled_last{{0, 1, 2}, {3, 4, 5}};
+    ASSERT_EQ(metrics_gen_aniso3d(coords, spoiled_last, 0.0, metrics), 0);
+    for (std::size_t i = 0; i < 3; ++i)
+        EXPECT_NEAR(form(metrics, i, X), 1 / (MEANS[i] * MEANS[i]), 1e-15) << i;
+}
+
 TEST(MetricsGenAniso3d, WithoutTrianglesOneColumnIsMadeIfThereIsANode)
 {
     const dense2D<unsigned> none = support::without_columns<unsigned>(3);

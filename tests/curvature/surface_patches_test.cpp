@@ -1,5 +1,6 @@
 #include "curvature/surface_patches.h"
 
+#include "plain_curvature.h"
 #include "support/allocation.h"
 #include "support/matrices.h"
 #include "support/meshes.h"
@@ -133,6 +134,25 @@ TEST(SurfacePatches, AnObtuseLimitKeepsTheSignOfTheCosine)
     EXPECT_EQ(p.patch(0, 0), std::vector<unsigned>{0});
 }
 
+TEST(SurfacePatches, AnAngleAtTheLimitIsNotCrossed)
+{
+    patches p(strip());
+    p.max_angle = 0.0;
+    EXPECT_EQ(p.patch(0, 0), std::vector<unsigned>{0}) << "parallel normals enclose the angle 0";
+}
+
+TEST(SurfacePatches, ATriangleWithoutAreaIsNotCrossedWhileTheAngleIsTested)
+{
+    support::mesh line{
+        "line", {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {2, 0, 0}}, {{0, 1, 2}, {1, 0, 3}}};
+    patches p(line);
+    p.max_angle = 3.0;
+    EXPECT_EQ(p.patch(0, 0), std::vector<unsigned>{0});
+    EXPECT_EQ(p.patch(0, 1), std::vector<unsigned>{1});
+    p.max_angle = PI;
+    EXPECT_EQ(p.patch(0, 0), (std::vector<unsigned>{0, 1}));
+}
+
 TEST(SurfacePatches, ANotANumberAngleTestsNothing)
 {
     support::mesh roof{
@@ -175,36 +195,30 @@ TEST(SurfacePatches, NeighborsThatNameNoTriangleAreNone)
     EXPECT_EQ(p.patch(0, 0), std::vector<unsigned>{0}) << "a triangle beside itself";
 }
 
-TEST(SurfacePatches, MatchASearchStepByStep)
+TEST(SurfacePatches, MatchAPlainSearchEntryByEntry)
 {
-    for (unsigned seed = 1; seed <= 4; ++seed) {
-        support::mesh flat = support::grid_T3(7, 6);
-        support::jitter(flat, 0.2, seed);
-        const support::mesh m = support::lifted(
-            flat, [](double x, double y) { return std::sin(x) * std::cos(0.7 * y); });
-        patches p(m);
-        p.radius = 2.0;
-        p.max_angle = 0.8;
-        for (unsigned e = 0; e < m.connect.cols; ++e) {
-            const std::vector<unsigned> list = p.patch(m.connect(0, e), e);
-            // Each listed triangle but the seed is across an open edge from an earlier one, within
-            // the radius, and listed once.
-            const vec3 at = load<3>(m.coords.column(m.connect(0, e)));
-            for (std::size_t i = 1; i < list.size(); ++i) {
-                const unsigned u = list[i];
-                vec3 centroid = {};
-                for (int k = 0; k < 3; ++k)
-                    centroid = centroid + load<3>(m.coords.column(m.connect(std::size_t(k), u)));
-                EXPECT_LE(length((1.0 / 3.0) * centroid - at), 2.0 + 1e-12);
-                bool reached = false;
-                for (std::size_t j = 0; j < i; ++j)
-                    for (std::size_t k = 0; k < 3; ++k)
-                        reached = reached || p.neighbors(k, list[j]) == u;
-                EXPECT_TRUE(reached) << "seed " << seed << " triangle " << u;
+    std::size_t longest = 0;
+    std::size_t cut = 0;
+    for (unsigned seed = 1; seed <= 80; ++seed)
+        for (const bool contradictory : {false, true}) {
+            const plain::surface s = plain::random_surface(seed, contradictory);
+            surface_patches surface;
+            ASSERT_TRUE(prepare_patches(s.coords, s.connect, s.neighbors,
+                                        {s.radius, s.max_angle, s.max_triangles, s.ridges},
+                                        surface));
+            generation_marks marks;
+            ASSERT_TRUE(marks.init(s.connect.cols));
+            dense1D<unsigned, 8> list;
+            for (unsigned e = 0; e < s.connect.cols; ++e) {
+                const unsigned node = s.connect(e % 3, e);
+                collect_patch(surface, s.point(node), e, marks, list);
+                ASSERT_EQ(support::elements(list), plain::patch(s, node, e))
+                    << "seed " << seed << (contradictory ? " contradictory" : "") << " triangle "
+                    << e;
+                longest = std::max(longest, list.size);
+                cut += list.size > 1 && list.size < s.connect.cols;
             }
-            std::vector<unsigned> sorted = list;
-            std::sort(sorted.begin(), sorted.end());
-            EXPECT_EQ(std::adjacent_find(sorted.begin(), sorted.end()), sorted.end());
         }
-    }
+    EXPECT_GE(longest, 60u) << "some patches fill their mesh";
+    EXPECT_GE(cut, 1000u) << "and many end within it";
 }

@@ -1,5 +1,6 @@
 #include "interpolation/background.h"
 
+#include "support/matrices.h"
 #include "support/topology.h"
 
 #include <gtest/gtest.h>
@@ -41,6 +42,24 @@ mesh with_clockwise(mesh m)
     for (std::size_t e = 0; e < m.connect.cols; e += 4) std::swap(m.connect(0, e), m.connect(2, e));
     m.name += " with clockwise elements";
     return m;
+}
+
+/// Puts coordinates that no mesh should have at one node in nine, also of the targets.
+background poisoned(background b, unsigned seed)
+{
+    const double strange[] = {NAN, INFINITY, -INFINITY, 1e308, -1e308};
+    for (std::size_t j = seed % 9; j < b.coords.cols; j += 9)
+        b.coords(j % 2, j) = strange[(j + seed) % 5];
+    b.name += " with strange coordinates";
+    return b;
+}
+
+/// As above with one kind of strange coordinate, so that the others don't hide what it does.
+background poisoned_by(double strange, background b)
+{
+    for (std::size_t j = 4; j < b.coords.cols; j += 11) b.coords(j % 2, j) = strange;
+    b.name += " with coordinates " + std::to_string(strange);
+    return b;
 }
 
 } // namespace
@@ -92,6 +111,14 @@ background with_random_targets(const mesh& m, element_type type, unsigned count,
     return with_targets(m, type, points);
 }
 
+background with_list_repeated(background b, std::size_t times)
+{
+    dense1D<unsigned, 8> list(b.targets.size * times);
+    for (std::size_t k = 0; k < list.size; ++k) list[k] = b.targets[k % b.targets.size];
+    b.targets = list;
+    return b;
+}
+
 std::vector<background> backgrounds(unsigned seed)
 {
     const unsigned n = 5 + seed % 4;
@@ -133,6 +160,21 @@ std::vector<background> backgrounds(unsigned seed)
     }
     for (unsigned id = 0; id < 49; id += 2) strange.targets.append(id);
     all.push_back(strange);
+    const background triangles = with_random_targets(grid_T3(6, 5), ELEMENT_T3, 60, seed);
+    const background both =
+        with_random_targets(grid_mixed(6, 5, 2, seed), ELEMENT_ANY_FACE, 60, seed);
+    for (const background& b : {triangles, both}) {
+        all.push_back(poisoned(b, seed));
+        for (const double x : {double(NAN), double(INFINITY), -double(INFINITY), 1e308, -1e308})
+            all.push_back(poisoned_by(x, b));
+    }
+    return all;
+}
+
+std::vector<std::uint64_t> bits(const dense1D<double, 8>& values)
+{
+    std::vector<std::uint64_t> all;
+    for (const double v : values) all.push_back(bits(v));
     return all;
 }
 

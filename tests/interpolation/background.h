@@ -29,7 +29,12 @@ background with_targets(const mesh& m, vorel::element_type type,
 background with_random_targets(const mesh& m, vorel::element_type type, unsigned count,
                                unsigned seed);
 
+/// Each target `times` times, as the whole list again and again.
+background with_list_repeated(background b, std::size_t times);
+
 /// Grids of the three forms, moved, renumbered and with holes; awkward ones among them.
 std::vector<background> backgrounds(unsigned seed);
+
+std::vector<std::uint64_t> bits(const vorel::dense1D<double, 8>& values);
 
 } // namespace support

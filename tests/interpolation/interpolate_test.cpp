@@ -3,12 +3,13 @@
 #include "interpolation/background.h"
 #include "interpolation/carried_values.h"
 #include "interpolation/serve_targets.h"
-#include "support/allocation.h"
+#include "interpolation/storage.h"
 #include "support/matrices.h"
 
 using namespace vorel;
 using namespace vorel::tessalo2d;
 using support::background;
+using support::bits;
 
 namespace {
 
@@ -40,13 +41,6 @@ double tilted(double x, double y)
 double hyperbolic(double x, double y)
 {
     return 1 + x - 4 * y + 2 * x * y;
-}
-
-std::vector<std::uint64_t> bits(const dense1D<double, 8>& values)
-{
-    std::vector<std::uint64_t> all;
-    for (const double v : values) all.push_back(support::bits(v));
-    return all;
 }
 
 /// The values that the plain search and the formulas give.
@@ -273,7 +267,7 @@ TEST(Interpolate, LayoutsDoNotMatterAndInputsStay)
         coords.expect_gaps_untouched();
         connect.expect_gaps_untouched();
         neighbors.expect_gaps_untouched();
-        EXPECT_EQ(support::bits(coords.view), support::bits(b.coords));
+        EXPECT_EQ(bits(coords.view), bits(b.coords));
         EXPECT_EQ(support::columns(connect.view), support::columns(b.connect));
         EXPECT_EQ(support::columns(neighbors.view), support::columns(b.neighbors));
         EXPECT_EQ(support::elements(node_element), support::elements(b.node_element));
@@ -301,6 +295,32 @@ TEST(Interpolate, RefusedAllocationsAreNotReported)
     EXPECT_GE(refusals, 4u);
 }
 
+TEST(Interpolate, SingleRefusalsServeAllTargetsOrNone)
+{
+    const background b = support::with_random_targets(support::grid_T3(8, 8), ELEMENT_T3, 90, 1);
+    dense1D<double, 8> whole = field(b, wavy, -1.0);
+    ASSERT_EQ(run(b, whole), 0);
+    for (std::size_t k = 0; k < support::REQUESTS_OF_A_TREE; ++k) {
+        dense1D<double, 8> values = field(b, wavy, -1.0);
+        EXPECT_TRUE(support::with_request_refused(k, [&] { EXPECT_EQ(run(b, values), 0); })) << k;
+        EXPECT_EQ(bits(values),
+                  bits(support::leaves_the_tree_empty(k) ? field(b, wavy, -1.0) : whole))
+            << k;
+    }
+}
+
+TEST(Interpolate, TargetsCostNoAllocationEach)
+{
+    for (const background& few : support::backgrounds(3)) {
+        const background many = support::with_list_repeated(few, 10);
+        dense1D<double, 8> values = field(few, wavy, -1.0);
+        const std::size_t of_few = support::allocations_of([&] { ASSERT_EQ(run(few, values), 0); });
+        const std::size_t of_many =
+            support::allocations_of([&] { ASSERT_EQ(run(many, values), 0); });
+        EXPECT_EQ(of_few, of_many) << few.name;
+    }
+}
+
 TEST(Interpolate, AwkwardMeshesEnd)
 {
     for (const support::mesh& m : support::awkward_meshes(2)) {
@@ -319,11 +339,11 @@ TEST(InterpolateRows, ChangesNothing)
         dense2D<double> rows(3, b.coords.cols, 0.0);
         for (std::size_t j = 0; j < rows.cols; ++j)
             for (std::size_t i = 0; i < 3; ++i) rows(i, j) = static_cast<double>(10 * j + i);
-        const auto before = support::bits(rows);
+        const auto before = bits(rows);
         EXPECT_EQ(
             interpolate(b.coords, b.connect, b.neighbors, b.node_element, rows, b.targets, b.type),
             0);
-        EXPECT_EQ(support::bits(rows), before) << b.name;
+        EXPECT_EQ(bits(rows), before) << b.name;
     }
 }
 
@@ -362,8 +382,7 @@ TEST(InterpolateRows, EnginesCarryEveryRowWhenTheirTreeIsFilled)
         if (b.type == ELEMENT_ANY_FACE) serve_targets<mesh_form::mixed>(a, carrier, true);
         for (std::size_t i = 0; i < 3; ++i)
             for (std::size_t j = 0; j < rows.cols; ++j)
-                EXPECT_EQ(support::bits(placed.view(i, j)), support::bits(expected[i][j]))
-                    << b.name;
+                EXPECT_EQ(bits(placed.view(i, j)), bits(expected[i][j])) << b.name;
         placed.expect_gaps_untouched();
     }
 }

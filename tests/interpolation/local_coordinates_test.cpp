@@ -177,16 +177,20 @@ TEST(LocalCoordsQ4, InvertTheBilinearMap)
 
 TEST(LocalCoordsQ4, OfAParallelogramAreExactInTheFirstPass)
 {
-    // All numbers are exact in binary: the second pass finds no difference.
-    const dense2D<double> coords{{0, 0}, {4, 1}, {5, 5}, {1, 4}};
-    vec2 got;
-    EXPECT_TRUE(local_coords_Q4(coords.column(0), coords.ld, Q4, {{2.5, 2.5}}, got, 0.0));
-    EXPECT_EQ(got[0], 0.0);
-    EXPECT_EQ(got[1], 0.0);
+    // The map is affine and all numbers are exact in binary. A step of any length meets an infinite
+    // tolerance, which ends the first pass; only a second pass that changes nothing meets zero.
+    const dense2D<double> sheared{{0, 0}, {4, 2}, {4, 6}, {0, 4}};
     const dense2D<double> square{{0, 0}, {2, 0}, {2, 2}, {0, 2}};
-    EXPECT_TRUE(local_coords_Q4(square.column(0), square.ld, Q4, {{1.25, 0.5}}, got, 0.0));
-    EXPECT_EQ(got[0], 0.25);
-    EXPECT_EQ(got[1], -0.5);
+    for (const double tolerance : {double(INFINITY), 0.0}) {
+        vec2 got;
+        EXPECT_TRUE(local_coords_Q4(sheared.column(0), sheared.ld, Q4, {{3, 3}}, got, tolerance));
+        EXPECT_EQ(got[0], 0.5);
+        EXPECT_EQ(got[1], -0.25);
+        EXPECT_TRUE(
+            local_coords_Q4(square.column(0), square.ld, Q4, {{1.25, 0.5}}, got, tolerance));
+        EXPECT_EQ(got[0], 0.25);
+        EXPECT_EQ(got[1], -0.5);
+    }
 }
 
 TEST(LocalCoordsQ4, WithASingularCentreAreZeroAfterOnePass)

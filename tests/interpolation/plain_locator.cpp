@@ -302,24 +302,24 @@ bool locate(const mesh& m, const tree& t, point p, unsigned& element, draws& d)
     return code == 1;
 }
 
+place place_of(const mesh& m, const tree& t, unsigned node, draws& d)
+{
+    const point p{m.coords(0, node), m.coords(1, node)};
+    place found{UNSET_ID, UNSET_ID};
+    if (!locate(m, t, p, found.element, d)) {
+        double distance2 = MOST;
+        found.nearest = t.nearest(p, distance2, m.node_element);
+    }
+    return found;
+}
+
 std::vector<place> places(const mesh& m, const dense1D<unsigned, 8>& nodes, draws& d)
 {
     const tree t = filled(m);
     std::vector<place> all;
-    for (std::size_t k = 0; k < nodes.size; ++k) {
-        const unsigned node = nodes[k];
-        if (m.node_element[node] != UNSET_ID) {
-            all.push_back({UNSET_ID - 1, UNSET_ID - 1});
-            continue;
-        }
-        const point p{m.coords(0, node), m.coords(1, node)};
-        place found{UNSET_ID, UNSET_ID};
-        if (!locate(m, t, p, found.element, d)) {
-            double distance2 = MOST;
-            found.nearest = t.nearest(p, distance2, m.node_element);
-        }
-        all.push_back(found);
-    }
+    for (const unsigned node : nodes)
+        all.push_back(m.node_element[node] != UNSET_ID ? place{UNSET_ID - 1, UNSET_ID - 1}
+                                                       : place_of(m, t, node, d));
     return all;
 }
 

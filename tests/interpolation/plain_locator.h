@@ -100,12 +100,14 @@ tree filled(const mesh& m);
 
 bool locate(const mesh& m, const tree& t, point p, unsigned& element, draws& d);
 
-/// For each listed node: the element, or `UNSET_ID` and the nearest node, or `UNSET_ID` twice. Not
-/// a target: both 0xFFFFFFFE.
+/// The element that holds a target, or `UNSET_ID` and the nearest node, or `UNSET_ID` twice.
 struct place {
     unsigned element;
     unsigned nearest;
 };
+place place_of(const mesh& m, const tree& t, unsigned node, draws& d);
+
+/// The place of each listed node in turn. Not a target: both 0xFFFFFFFE.
 std::vector<place> places(const mesh& m, const vorel::dense1D<unsigned, 8>& nodes, draws& d);
 
 } // namespace plain

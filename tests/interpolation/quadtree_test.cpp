@@ -13,8 +13,6 @@ using support::all_ids;
 using support::bounds;
 using support::cloud;
 using support::clouds;
-using support::probes;
-using support::shape;
 using support::shuffled_ids;
 
 namespace {
@@ -164,72 +162,6 @@ TEST(NodeQuadtree, CellsAreThoseOfTheirNodes)
             EXPECT_EQ(tree.count, expected) << c.name;
             EXPECT_EQ(support::stored_ids(tree), reference.traversal) << c.name;
         }
-}
-
-TEST(NodeQuadtree, InsertingManyAtOnceGivesTheSameTreeAsOneByOne)
-{
-    for (const unsigned n : {0u, 3u, 4u, 7u, 100u, 2500u, 9000u})
-        for (const cloud& c : clouds(n, n + 5)) {
-            if (n == 0) continue;
-            vec2 low, high;
-            bounds(c.coords, low, high);
-            const auto ids = shuffled_ids(n, n);
-            node_quadtree one_by_one(c.coords);
-            one_by_one.set_box(low, high);
-            for (const unsigned id : ids) (void)one_by_one.insert_node(id);
-            node_quadtree at_once(c.coords);
-            at_once.set_box(low, high);
-            EXPECT_EQ(at_once.insert_nodes(ids), one_by_one.count) << c.name << " " << n;
-            EXPECT_EQ(at_once.count, one_by_one.count);
-            EXPECT_EQ(at_once.cells.cols, one_by_one.cells.cols) << c.name << " " << n;
-            EXPECT_EQ(shape(at_once), shape(one_by_one)) << c.name << " " << n;
-        }
-}
-
-TEST(NodeQuadtree, InsertingManyIntoATreeWithNodesAddsToThem)
-{
-    for (const cloud& c : clouds(600, 3)) {
-        vec2 low, high;
-        bounds(c.coords, low, high);
-        const auto ids = shuffled_ids(600, 1);
-        node_quadtree tree(c.coords);
-        tree.set_box(low, high);
-        dense1D<unsigned, 8> part = ids;
-        part.size = 300;
-        (void)tree.insert_nodes(part);
-        part.offset += 300;
-        (void)tree.insert_nodes(part);
-        node_quadtree one_by_one(c.coords);
-        one_by_one.set_box(low, high);
-        for (const unsigned id : ids) (void)one_by_one.insert_node(id);
-        EXPECT_EQ(tree.count, one_by_one.count) << c.name;
-        EXPECT_EQ(shape(tree), shape(one_by_one)) << c.name;
-        // Descents that begin below the root still end in the right leaves.
-        for (const vec2& p : probes(c.coords, low, high, 1)) {
-            unsigned found;
-            tree.approximate_nodes(&p, 1, ids, &found);
-            ASSERT_EQ(found, one_by_one.approximate_node(p, ids)) << c.name;
-        }
-    }
-}
-
-TEST(NodeQuadtree, InsertingManySurvivesEveryRefusedAllocation)
-{
-    const cloud c = clouds(60, 2)[0];
-    vec2 low, high;
-    bounds(c.coords, low, high);
-    const auto ids = all_ids(60);
-    const std::size_t refusals =
-        support::each_refused_allocation([&](auto armed, const auto& told) {
-            node_quadtree tree(c.coords);
-            tree.set_box(low, high);
-            std::size_t stored = 0;
-            (void)armed([&] { stored = tree.insert_nodes(ids); });
-            EXPECT_EQ(stored, tree.count) << told;
-            EXPECT_LE(stored, 60u) << told;
-            EXPECT_EQ(support::stored_ids(tree).size(), stored) << told;
-        });
-    EXPECT_GE(refusals, 3u);
 }
 
 TEST(NodeQuadtree, WithoutStorageForCellsNothingIsStored)

@@ -321,6 +321,22 @@ TEST(Circumcenters, OutputThatIsTheCoordinatesIsRefused)
     EXPECT_EQ(circumcenters(m.coords, m.connect, m.coords), -1);
 }
 
+TEST(Circumcenters, OutputInTheBlockOfTheCoordinatesGivesTheSame)
+{
+    const support::mesh m = support::grid_T3(7, 5);
+    dense2D<double> expected;
+    ASSERT_EQ(circumcenters(m.coords, m.connect, expected), 0);
+    for (const std::size_t offset : {std::size_t(0), std::size_t(5), m.coords.size}) {
+        const dense2D<double> coords = support::copy_of(m.coords);
+        dense2D<double> centers;
+        centers.block = coords.block;
+        centers.offset = offset;
+        ASSERT_EQ(circumcenters(coords, m.connect, centers), 0);
+        EXPECT_EQ(support::bits(centers), support::bits(expected)) << offset;
+        EXPECT_EQ(support::bits(coords), support::bits(m.coords)) << offset;
+    }
+}
+
 TEST(Solve2x2Refined, PassesImproveAnIllConditionedSystem)
 {
     // Rows (1, b) and (b, 1) with b near 1; the solution is (1, 1) for the right side 1 + b.

@@ -10,7 +10,7 @@ namespace {
 
 constexpr unsigned U = UNSET_ID;
 
-/// Entry (i, j) is 10 j + i.
+/// Entry (i, j) is 100 j + i.
 dense2D<unsigned> numbered(std::size_t rows, std::size_t cols)
 {
     dense2D<unsigned> m(rows, cols);

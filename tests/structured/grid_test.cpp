@@ -392,6 +392,32 @@ TEST(MeshStructT3, LoopWithoutFirstSideAndTooFewNodesIsOutOfMemory)
     EXPECT_EQ(connect.cols, 0u);
 }
 
+TEST(MeshStructT3, RefusedStorageAfterAllNodesWereCutOffLeavesTheirLayout)
+{
+    const std::size_t refusals = support::each_refused_allocation([](auto armed, const auto& told) {
+        support::placed<double> coords(dense2D<double>{{10, 11}, {20, 21}}, 1, 2);
+        const dense1D<unsigned, 8> boundary = loop_of(7);
+        dense2D<unsigned> connect;
+        connect.cols = 3;
+        int status = 1;
+        const bool refused =
+            armed([&] { status = mesh_struct_T3(coords.view, boundary, 3, 0, connect); });
+        EXPECT_EQ(status, refused ? -199 : 0) << told;
+        EXPECT_EQ(connect.cols, 3u) << told;
+        // The undo may find the storage that was refused before.
+        EXPECT_TRUE(connect.rows == 3 || (refused && connect.rows == 0)) << told;
+        for (const auto& column : columns(connect))
+            for (const unsigned id : column) EXPECT_EQ(id, U) << told;
+        if (!refused) return;
+        EXPECT_EQ(coords.view.ld, 4u) << told;
+        EXPECT_EQ(coords.view.size, 6u) << told;
+        EXPECT_EQ(columns(coords.view), (std::vector<std::vector<double>>{{10, 11}, {20, 21}}))
+            << told;
+        coords.expect_gaps_untouched();
+    });
+    EXPECT_EQ(refusals, 2u);
+}
+
 TEST(MeshStruct, CountThatDoesNotFitTheLoopIsRefused)
 {
     dense2D<double> coords(2, 20, 0.0);
@@ -407,6 +433,16 @@ TEST(MeshStruct, CountThatDoesNotFitTheLoopIsRefused)
     }
     EXPECT_EQ(coords.cols, 20u);
     EXPECT_EQ(connect.rows, 0u);
+}
+
+TEST(MeshStruct, SidesOfTheLoopAreCountedIn32Bits)
+{
+    // 2 N is 4 there, and nothing is left of 5 entries.
+    dense2D<double> seven(7, 1, 0.0);
+    dense2D<unsigned> connect;
+    EXPECT_EQ(mesh_struct_Q4(seven, loop_of(5), 0x80000002u, connect), 0);
+    dense2D<double> coords(2, 5, 0.0);
+    EXPECT_EQ(mesh_struct_T3(coords, loop_of(5), 0x80000002u, 0, connect), -3);
 }
 
 TEST(MeshStruct, EachCheckHasItsCode)

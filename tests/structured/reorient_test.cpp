@@ -409,6 +409,25 @@ TEST(MeshReorient, NeighborsBeyondTheColumnsAreNone)
     EXPECT_EQ(mesh_reorient(m.connect, m.neighbors, 0, 1), 0);
 }
 
+TEST(MeshReorient, WideFrontsFollowTheProcedure)
+{
+    // Fronts of many elements, which are fetched ahead of their visit.
+    for (support::mesh& m :
+         std::vector<support::mesh>{support::grid_T3(60, 60), support::grid_Q4(60, 60),
+                                    support::grid_mixed(60, 60, 2, 8)}) {
+        std::mt19937 draw(8);
+        support::shuffle(m, 8);
+        turn_some(m.connect, draw);
+        region r = with_neighbors(m.connect);
+        region expected{support::copy_of(r.connect), support::copy_of(r.neighbors)};
+        const unsigned seed = static_cast<unsigned>(draw() % m.connect.cols);
+        EXPECT_EQ(mesh_reorient(r.connect, r.neighbors, seed, 1), reference(expected, seed, true))
+            << m.name;
+        EXPECT_EQ(columns(r.connect), columns(expected.connect)) << m.name;
+        EXPECT_EQ(columns(r.neighbors), columns(expected.neighbors)) << m.name;
+    }
+}
+
 TEST(MeshReorient, ContradictoryNeighborsFollowTheProcedure)
 {
     for (unsigned seed = 0; seed < 400; ++seed) {

@@ -696,8 +696,9 @@ VOREL_API int get_connected_elements(const dense2D<unsigned>& connect,
 // a few steps between elements; at worst E steps from each element around a node, when `neighbors`
 // leads in circles. Memory: 1 byte for each node ID up to the largest in use, 4 bytes for each node
 // in use, and the tree: about 15 bytes for each of nodes that are spread evenly, up to 512 where
-// four and more nearly coincide. While it is built 32 bytes a node. Without memory for the list of
-// nodes no target is served; nodes that no cells can be had for are not found.
+// four and more nearly coincide. While it is built 32 bytes a node. When the list of nodes can't be
+// begun no target is served; nodes that it has no room for later, or that no cells can be had for,
+// are not found.
 
 /// Gives each target the value of a field with any number of rows. This form searches nothing: it
 /// checks its arguments and leaves every field as it is.

@@ -85,7 +85,7 @@ int convert_worker(dense2D<double>& coords, const dense2D<unsigned>& connect, un
     // Kept: from here on every outcome but success leaves an empty result.
     result.clear();
     // Growing a block that the inputs share would take their entries away.
-    if (result.block == connect.block || result.block == edges.block) result = dense2D<unsigned>();
+    if (shares_block(result, connect, edges)) result = dense2D<unsigned>();
     if (is_empty(connect)) return success;
     if (std::size_t(edge_nodes) + quad_nodes + triangle_nodes == 0) return success;
     const unsigned bound = node_bound(coords);

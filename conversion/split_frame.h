@@ -30,7 +30,7 @@ inline void write_triangle(unsigned* column, unsigned a, unsigned b, unsigned c)
 template <class Output>
 [[nodiscard]] bool part_from(const dense2D<unsigned>& connect, Output& output)
 {
-    return output.block != connect.block || output.copy(output);
+    return !shares_block(output, connect) || output.copy(output);
 }
 
 /// Appends triangles in place of the `elements` columns of a mixed mesh to a matrix that takes 3

@@ -46,6 +46,12 @@ def panels(rows=1, columns=1, size=(12, 5), **keywords):
     return figure, list(axes.ravel())
 
 
+def mosaic(layout, size):
+    """A figure and its axes in the order of their letters in the layout."""
+    figure, axes = plt.subplot_mosaic([list(row) for row in layout], figsize=size)
+    return figure, [axes[name] for name in sorted(axes)]
+
+
 def frame(axes, title="", window=None):
     """Equal scales, no ticks; `window` is (x0, x1, y0, y1)."""
     axes.set_aspect("equal")

@@ -9,7 +9,7 @@ from .record import Exhibit, count
 
 TITLE = "Element order"
 DIGITS = "2418"
-WINDOW = (-0.02, 0.56, -0.105, 0.145)
+WINDOW = (-0.01, 0.43, -0.085, 0.125)
 
 
 def curved_outlines(coords, connect, steps=8):
@@ -54,16 +54,16 @@ def raised(record, half=8, across=4):
     exhibit.check("convert_into_linear gives the triangles back",
                   np.array_equal(exhibit.call(t2.convert_into_linear, on_curve), linear))
 
-    figure, axes = draw.panels(1, 3, (15, 3.4))
+    figure, axes = draw.panels(1, 3, (15, 2.75))
     true = naca.section(DIGITS, 400)
     draw.mesh(axes[0], coords, linear, width=0.7)
-    draw.dots(axes[0], coords, draw.INK, 9)
-    draw.frame(axes[0], f"{count(len(linear), 'T3')}, {count(len(coords), 'node')}", WINDOW)
+    draw.dots(axes[0], coords, draw.INK, 16)
+    draw.frame(axes[0], f"{len(linear)} T3, {count(len(coords), 'node')}", WINDOW)
     draw_outlines(axes[1], curved_outlines(straight, quadratic))
-    draw.dots(axes[1], straight[len(coords):], draw.ORANGE, 9)
+    draw.dots(axes[1], straight[len(coords):], draw.ORANGE, 16)
     draw.frame(axes[1], "T6 with straight sides", WINDOW)
     draw_outlines(axes[2], curved_outlines(curved, on_curve))
-    draw.dots(axes[2], curved[len(coords):], draw.ORANGE, 9)
+    draw.dots(axes[2], curved[len(coords):], draw.ORANGE, 16)
     draw.frame(axes[2], "T6 with middles on the section", WINDOW)
     for place in axes:
         draw.polyline(place, true, draw.RED, 1.0, zorder=4)
@@ -74,7 +74,7 @@ def raised(record, half=8, across=4):
         four.""", [("order_t3", coords, linear, None), ("order_t6", curved, on_curve, None)])
 
 
-def high(record, half=6, across=4):
+def high(record, half=8, across=4):
     """Many nodes a side."""
     exhibit = Exhibit("high_order", "Higher orders")
     n = 2 * half
@@ -87,7 +87,7 @@ def high(record, half=6, across=4):
              for row in ([i for i in r if i != t2.UNSET_ID] for r in linear.tolist())
              for k in range(len(row))}
 
-    figure, axes = draw.panels(1, 3, (15, 3.4))
+    figure, axes = draw.panels(1, 3, (15, 2.75))
     for place, (a, b, c) in zip(axes, ((1, 1, 0), (2, 4, 1), (3, 9, 3))):
         nodes, connect = exhibit.call(t2.convert_into_high_order, coords, linear, a, b, c)
         exhibit.check(f"order {a + 1}: {len(nodes) - len(coords)} new nodes, "
@@ -95,10 +95,10 @@ def high(record, half=6, across=4):
                       len(nodes) - len(coords) == a * len(sides) + b * quads + c * triangles)
         draw.mesh(place, coords, linear, width=0.7)
         edge_nodes = len(coords) + a * len(sides)
-        draw.dots(place, coords, draw.INK, 11)
-        draw.dots(place, nodes[len(coords):edge_nodes], draw.ORANGE, 8)
-        draw.dots(place, nodes[edge_nodes:], draw.BLUE, 8)
-        draw.frame(place, f"{a} a side, {b} a quadrilateral, {c} a triangle")
+        draw.dots(place, coords, draw.INK, 16)
+        draw.dots(place, nodes[len(coords):edge_nodes], draw.ORANGE, 12)
+        draw.dots(place, nodes[edge_nodes:], draw.BLUE, 12)
+        draw.frame(place, f"{a} a side, {b} a quadrilateral, {c} a triangle", WINDOW)
     record.add(exhibit, figure, f"""<b>convert_into_high_order</b> on {count(len(linear), "element")},
         quadrilaterals and triangles: nodes on the sides (orange), which neighbours share, and inside
         (blue).""", [("high_order_linear", coords, linear, None)])

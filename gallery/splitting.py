@@ -8,19 +8,18 @@ from . import draw, naca
 from .record import Exhibit, count
 
 TITLE = "Splitting"
-WINDOW = (-0.16, 0.62, -0.26, 0.34)
+WINDOW = (-0.45, 1.45, -0.7, 0.75)
 
 
 def skewed_grid(half, layers):
-    """The grid around a section with its rays swept: the quadrilaterals lean to one side above the
-    section and to the other below."""
-    coords, connect, inner, outer = naca.around_section("4412", half, layers, growth=1.08)
-    away = np.linalg.norm(coords - [0.5, 0.0], axis=1)
-    bend = 0.22 * np.sin(9 * coords[:, 0]) * np.minimum(1, (away / 0.6) ** 2)
-    on_section = np.arange(len(inner))
-    swept = coords + np.column_stack([0.5 * bend, bend])
-    swept[on_section] = coords[on_section]
-    return swept, connect
+    """The grid around a section with its rays swept to and fro: the quadrilaterals lean one way here
+    and the other way there."""
+    coords, connect, inner, _ = naca.around_section("4412", half, layers, growth=1.1)
+    away = np.sqrt(((coords[:, None] - inner) ** 2).sum(axis=2).min(axis=1))
+    x, y = (coords - [0.5, 0.0]).T
+    turn = 0.42 * away / (away + 0.2) * np.sin(2 * np.arctan2(y, x))
+    cos, sin = np.cos(turn), np.sin(turn)
+    return np.column_stack([0.5 + cos * x - sin * y, sin * x + cos * y]), connect
 
 
 def by_quality(record, half=30, layers=12):
@@ -41,7 +40,7 @@ def by_quality(record, half=30, layers=12):
     figure, (left, right, chart) = draw.panels(1, 3, (14, 4.2), width_ratios=[1, 1, 0.9])
     for axes, triangles, values, name in ((left, plain, worst[0], "from the first corner"),
                                           (right, better, worst[1], "by quality")):
-        faces = draw.mesh(axes, coords, triangles, values, map="YlGnBu", limits=(0, 60))
+        faces = draw.mesh(axes, coords, triangles, values, map="YlGnBu_r", limits=(0, 60))
         draw.frame(axes, name, WINDOW)
     draw.colour_bar(figure, faces, [left, right], "smallest angle, degrees")
     draw.histogram(chart, [(worst[0], "first corner", draw.ORANGE), (worst[1], "quality", draw.BLUE)],

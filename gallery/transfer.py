@@ -91,7 +91,7 @@ def sizes(record, half=64, layers=28, columns=28, rows=26):
         valid = np.where(elements == t2.UNSET_ID, 0, elements)
         faces = draw.mesh(place, nodes, elements, values[valid].mean(axis=1), map="viridis",
                           limits=(lowest, highest), width=width, edge="#ffffff60")
-        draw.polyline(place, naca.section(DIGITS, 200), draw.INK, 1.0)
+        draw.polyline(place, naca.section(DIGITS, 200), "white", 1.3)
         draw.frame(place, name, BOX)
     draw.colour_bar(figure, faces, axes, "wanted size of the elements")
     seconds = dict(exhibit.calls)["interpolate_metrics"]
@@ -107,7 +107,7 @@ def metrics(record, columns=28, rows=26, half=32, layers=14):
     """A field of metrics, drawn as ellipses."""
     exhibit = Exhibit("metrics", "Metrics carried from a background mesh")
     coarse, connect = box_mesh(columns, rows)
-    fine, quads, inner, _ = naca.around_section(DIGITS, half, layers, growth=1.2)
+    fine, quads, _, _ = naca.around_section(DIGITS, half, layers, growth=1.2)
     mesh = Background(coarse, connect, fine)
     given = np.zeros((len(mesh.coords), 3))
     given[: len(coarse)] = wanted_metrics(coarse)
@@ -124,25 +124,38 @@ def metrics(record, columns=28, rows=26, half=32, layers=14):
     draw.ellipses(axes[0], coarse, covariance[: len(coarse)], draw.BLUE, 0.7, "#2f6f9f30")
     draw.frame(axes[0], f"background: {count(len(coarse), 'metric')}", window)
     draw.mesh(axes[1], fine, quads, colour="white", width=0.3, edge="#b8c4d0")
-    shown = np.arange(len(inner), len(fine))
+    shown = with_room(fine, covariance[len(coarse):])
     draw.ellipses(axes[1], fine[shown], covariance[len(coarse):][shown], draw.ORANGE, 0.7,
                   "#d9822b30")
     draw.frame(axes[1], f"served: {count(len(fine), 'metric')}", window)
     for place in axes:
         draw.polyline(place, naca.section(DIGITS, 200), draw.INK, 1.2)
     record.add(exhibit, figure, f"""<b>interpolate_metrics</b> with metrics: at a node the ellipse is
-        the wanted element, drawn at a fifth of its size, thin across the section and long along it.
-        Two metrics are reduced to common axes, along which the sizes are linear; so every result
+        the wanted element, drawn at a fifth of its size, thin across the section and long along it; on the right only as many are drawn as there is
+        room for. Two metrics are reduced to common axes, along which the sizes are linear; so every result
         is a metric, too.""",
         [("metrics_background", coarse, connect, {"metric": carried[: len(coarse)]}),
          ("metrics_served", fine, quads, {"metric": carried[len(coarse):]})])
 
 
-def patch(record, columns=22, rows=12):
+def with_room(points, covariances):
+    """Points whose ellipses hardly overlap: each is taken unless it is too near to one before."""
+    radius = np.sqrt(np.linalg.eigvalsh(covariances)[:, 0])
+    taken = []
+    for i in np.argsort(-np.linalg.norm(points - points.mean(axis=0), axis=1)):
+        step = points[taken] - points[i]
+        norm = np.einsum("ki,kij,kj->k", step, np.linalg.inv(covariances)[taken], step)
+        if not len(taken) or norm.min() > 3.0 and (step**2).sum(axis=1).min() > radius[i] ** 2:
+            taken.append(i)
+    return np.array(taken)
+
+
+def patch(record, columns=14, rows=9):
     """Metrics extended from the sides of a patch to its inside."""
     exhibit = Exhibit("metrics_struct", "Metrics inside a structured patch")
     u, v = np.arange(columns) / columns, np.arange(rows) / rows
-    turn, low, high = np.pi * (1 - u), 0.5, 1.15
+    first, last, low, high = np.pi / 3, 2 * np.pi / 3, 0.5, 1.1
+    turn = first + (last - first) * u
     ray = low + (high - low) * v
 
     def arc(angle, radius):
@@ -150,15 +163,15 @@ def patch(record, columns=22, rows=12):
 
     # Anticlockwise: right ray outwards, outer arc, left ray inwards, inner arc.
     loop = np.concatenate([
-        arc(np.zeros(rows), ray), arc(np.pi * u, high), arc(np.full(rows, np.pi), high + low - ray),
-        arc(turn, low),
+        arc(np.full(rows, first), ray), arc(turn, high),
+        arc(np.full(rows, last), high + low - ray), arc(first + last - turn, low),
     ])
     # Each side turns its metrics as it goes, and makes them thinner at the inner arc.
     angle = np.arctan2(loop[:, 1], loop[:, 0])
     radius = np.linalg.norm(loop, axis=1)
     around = np.column_stack([-np.sin(angle), np.cos(angle)])
     out = np.column_stack([np.cos(angle), np.sin(angle)])
-    thin, long = 0.1 * radius**2.5, 0.12 * radius
+    thin, long = 0.06 * radius**2, 0.08 * radius
     full = (around[:, :, None] * around[:, None, :] / long[:, None, None] ** 2
             + out[:, :, None] * out[:, None, :] / thin[:, None, None] ** 2)
     ids = naca.closed(np.arange(len(loop)))
@@ -168,7 +181,7 @@ def patch(record, columns=22, rows=12):
     matrices = interop.full_metrics(field)
     exhibit.check("all of them positive definite", np.linalg.eigvalsh(matrices).min() > 0)
 
-    figure, (axes,) = draw.panels(1, 1, (10, 5.2))
+    figure, (axes,) = draw.panels(1, 1, (9, 5))
     draw.mesh(axes, coords, connect, colour="white", width=0.4, edge="#b8c4d0")
     covariance = np.linalg.inv(matrices) * 0.3**2
     given = len(loop)

@@ -8,7 +8,7 @@ from tessalo2d import interop
 from . import draw, naca
 from .record import Exhibit, count
 from .render import View
-from .surface import GREY, view_of
+from .surface import GREY, detail, view_of
 
 TITLE = "Curvatures and metrics of surfaces"
 
@@ -36,14 +36,14 @@ def principal(record, model):
 
     mean = 0.5 * values.sum(axis=1)
     limit = max(float(np.quantile(np.abs(mean), 0.93)), 1e-12)
-    figure, axes = draw.panels(1, 2, (15, 5.2), width_ratios=[1.08, 1])
+    figure, axes = draw.panels(1, 2, (15, 5.2), width_ratios=[1.11, 1])
     normals = t2.node_normals(model.coords, model.connect)
     view = view_of(model, (1100, 760))
     coloured(figure, axes[0], view, mean, limit, "mean curvature, 1 / unit of length",
              normals=normals, line_width=0, light=0.45)
     axes[0].set_title("red: convex, blue: hollow")
 
-    near = view_of(model, (1100, 760), (0.0, 0.5, 0.42, 0.92))
+    near = view_of(model, (1100, 760), detail(view))
     near.show(axes[1], near.image(GREY, normals=normals, line_strength=0.12, light=0.45),
               "directions, on a part of it")
     shown = near.visible(model.coords) & found & near.facing(normals)
@@ -97,7 +97,7 @@ def torus(record, around=96, across=48):
     axes[1].set_xlabel("angle v around the tube, degrees")
     axes[1].set_ylabel("Gaussian curvature")
     axes[1].set_xticks([0, 90, 180, 270, 360])
-    axes[1].legend(loc="lower left")
+    axes[1].legend(loc="upper center")
     record.add(exhibit, figure, f"""A torus over {count(len(connect), "triangle")} of its parameter
         plane. <b>parametric_curvatures</b> needs only first derivatives; the Gaussian curvature
         from its forms differs from the formula by at most {100 * error:.2f} % of the largest value
@@ -122,15 +122,13 @@ def metrics(record, model):
     figure, axes = draw.panels(1, 2, (15, 5.2))
     covariance = np.zeros_like(full)
     covariance[good] = np.linalg.inv(full[good])
-    fraction = np.zeros(len(model.coords))
-    fraction[good] = np.sqrt(values[good, 1] / values[good, 2])
-    for place, window, name in ((axes[0], (0, 1, 0, 1), "every fourth node"),
-                                (axes[1], (0.0, 0.5, 0.42, 0.92), "a part of it, all nodes")):
-        view = view_of(model, (1100, 760), window)
+    whole = view_of(model, (1100, 760))
+    near = view_of(model, (1100, 760), detail(whole))
+    for place, view, step, scale, name in ((axes[0], whole, 4, 0.5, "every fourth node"),
+                                           (axes[1], near, 1, 0.3, "a part of it, all nodes")):
         view.show(place, view.image(GREY, normals=normals, line_strength=0.15, light=0.4), name)
         shown = np.flatnonzero(view.visible(model.coords) & good & view.facing(normals))
-        shown = shown[::4] if window == (0, 1, 0, 1) else shown
-        scale = 0.55 if window == (0, 1, 0, 1) else 0.3
+        shown = shown[::step]
         draw.ellipses(place, view.project(model.coords[shown])[0],
                       view.flatten(covariance[shown]) * scale**2, draw.ORANGE, 0.7, "#d9822b38")
     record.add(exhibit, figure, f"""<b>metrics_gen_aniso3d</b> at {count(len(model.coords), "node")}:

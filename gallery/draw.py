@@ -36,6 +36,8 @@ matplotlib.rcParams.update(
         "ytick.color": MUTED,
         "legend.frameon": False,
         "figure.constrained_layout.use": True,
+        "figure.constrained_layout.h_pad": 0.1,
+        "figure.constrained_layout.w_pad": 0.08,
     }
 )
 

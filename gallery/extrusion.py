@@ -38,10 +38,10 @@ def is_closed(connect):
     return bool((sides[used] != t2.UNSET_ID).all())
 
 
-def draw_surface(axes, coords, connect, colours, direction, up, size, title=""):
+def draw_surface(axes, coords, connect, colours, direction, up, size, light=0.6, title=""):
     triangles, rows, edges = triangulated(connect)
     view = View(coords, triangles, direction, up, size, edges=edges)
-    view.show(axes, view.image(np.broadcast_to(colours, (len(connect), 3))[rows]), title)
+    view.show(axes, view.image(np.broadcast_to(colours, (len(connect), 3))[rows], light=light), title)
 
 
 def straight_and_round(record, half=24, layers=14, turns=72):
@@ -69,9 +69,9 @@ def straight_and_round(record, half=24, layers=14, turns=72):
 
     figure, axes = draw.panels(1, 2, (13, 5.2), width_ratios=[1.25, 1])
     draw_surface(axes[0], wing, quads, SIDE, (-0.6, 0.75, 0.75), (0, 1, 0), (1000, 640),
-                 f"{count(len(quads), 'quadrilateral')}, layers from wide to thin")
+                 title=f"{count(len(quads), 'quadrilateral')}, layers from wide to thin")
     draw_surface(axes[1], ring, rounds, SIDE, (-1.0, 0.35, 0.8), (0, 1, 0), (800, 640),
-                 f"{count(len(rounds), 'quadrilateral')}, a full turn")
+                 title=f"{count(len(rounds), 'quadrilateral')}, a full turn")
     record.add(exhibit, figure, f"""A NACA 2415 section of {count(len(edges), "edge")}.
         <b>extrude_translate_Q4</b> makes a wing of it, in layers from 0.25 at one end to 0.04 at
         the other, and <b>extrude_rotate_Q4</b> a ring in {turns} layers, whose last one is then
@@ -79,7 +79,7 @@ def straight_and_round(record, half=24, layers=14, turns=72):
         [("wing_straight", wing, quads, None), ("ring", ring, rounds, None)])
 
 
-def twisted(record, half=36, across=10, twist=-0.75):
+def twisted(record, half=36, across=10, twist=-0.6):
     """A twisted wing with both ends closed."""
     exhibit = Exhibit("twisted_wing", "A twisted wing")
     section = naca.section("4415", half)
@@ -116,10 +116,10 @@ def twisted(record, half=36, across=10, twist=-0.75):
     exhibit.check(f"the volume is that of a straight wing to 1 %: {inside:.6f}",
                   abs(inside - expected) < 0.01 * expected)
 
-    figure, (axes,) = draw.panels(1, 1, (13, 6.3))
+    figure, (axes,) = draw.panels(1, 1, (13, 5.8))
     colours = np.concatenate([np.tile(SIDE, (len(quads), 1)),
                               np.tile(CAP, (len(root) + len(tip), 1))])
-    draw_surface(axes, coords, wing, colours, (-0.75, 0.62, 0.85), (0, 1, 0), (1400, 680))
+    draw_surface(axes, coords, wing, colours, (-0.62, 0.7, 0.42), (0, 1, 0), (1400, 620), 0.45)
     record.add(exhibit, figure, f"""<b>extrude_spiral_Q4</b> turns a NACA 4415 section by
         {abs(np.degrees(twist)):.0f} degrees along its way into {count(len(quads), "quadrilateral")}
         in {layers} layers, thinner towards the tip. <b>mesh_struct_Q4</b> closes both ends

@@ -78,6 +78,8 @@ def around_section(digits, half=48, layers=24, radius=1.4, growth=1.12, blocks=8
     Returns coordinates, elements, and the polygons inside and outside.
     """
     call = call or (lambda function, *args: function(*args))
+    if 2 * half % blocks:
+        raise ValueError("blocks must divide the number of nodes around the section")
     inner = section(digits, half)
     turn = 2 * np.pi * np.arange(2 * half) / (2 * half)
     outer = np.array([0.5, 0.0]) + radius * np.column_stack([np.cos(turn), np.sin(turn)])

@@ -17,12 +17,12 @@ def skewed_grid(half, layers):
     coords, connect, inner, _ = naca.around_section("4412", half, layers, growth=1.1)
     away = np.sqrt(((coords[:, None] - inner) ** 2).sum(axis=2).min(axis=1))
     x, y = (coords - [0.5, 0.0]).T
-    turn = 0.42 * away / (away + 0.2) * np.sin(2 * np.arctan2(y, x))
+    turn = 0.3 * away / (away + 0.2) * np.sin(2 * np.arctan2(y, x))
     cos, sin = np.cos(turn), np.sin(turn)
     return np.column_stack([0.5 + cos * x - sin * y, sin * x + cos * y]), connect
 
 
-def by_quality(record, half=30, layers=12):
+def by_quality(record, half=32, layers=12):
     """The diagonal from the first corner against the one of better triangles."""
     exhibit = Exhibit("split_by_quality", "Quadrilaterals split by quality")
     coords, connect = skewed_grid(half, layers)
@@ -54,12 +54,12 @@ def by_quality(record, half=30, layers=12):
          ("split_by_quality", coords, better, {"smallest_angle": worst[1]})])
 
 
-def gated(record, half=30, layers=12):
+def gated(record, half=32, layers=12):
     """Only bad quadrilaterals are cut."""
     exhibit = Exhibit("split_gated", "Only the bad ones split, and all refined")
     coords, connect = skewed_grid(half, layers)
     whole = t2.area(coords, connect)
-    mixed, kept, split = exhibit.call(t2.split_Q4_into_T3_gated, coords, connect, 0.0, 0.55, 0.0)
+    mixed, kept, split = exhibit.call(t2.split_Q4_into_T3_gated, coords, connect, 0.0, 0.72, 0.0)
     exhibit.check_equal("area of the mixed mesh = before", t2.area(coords, mixed), whole)
     exhibit.check("each quadrilateral is either kept or split",
                   sorted([*kept, *split]) == list(range(len(connect))))

@@ -54,7 +54,7 @@ def inside(record, half=30, across=10):
     for place in axes[:2]:
         draw.mesh(place, quads, mixed, colour=colours)
     draw.frame(axes[0], f"{len(mixed) - converted} quadrilaterals, {count(converted, 'triangle')}")
-    draw.frame(axes[1], "its trailing edge", (0.935, 1.001, -0.004, 0.024))
+    draw.frame(axes[1], "its trailing edge", (0.983, 1.0005, -0.0008, 0.0052))
     names = ["one diagonal", "the other diagonal", "alternating diagonals"]
     meshes = [("section_mixed", quads, mixed, None)]
     for pattern, (name, place) in enumerate(zip(names, axes[2:])):

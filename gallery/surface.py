@@ -17,6 +17,19 @@ def view_of(model, size=(1200, 760), window=(0, 1, 0, 1)):
     return View(model.coords, model.connect, model.direction, model.up, size, window)
 
 
+def detail(view, width=0.42, steps=12):
+    """The window of that width with the most visible nodes in it."""
+    pixels, _ = view.project(view.coords[view.visible(view.coords)])
+    x, y = pixels[:, 0] / view.size[0], 1 - pixels[:, 1] / view.size[1]
+    best, most = None, -1
+    for x0 in np.linspace(0, 1 - width, steps):
+        for y0 in np.linspace(0, 1 - width, steps):
+            inside = ((x > x0) & (x < x0 + width) & (y > y0) & (y < y0 + width)).sum()
+            if inside > most:
+                best, most = (x0, x0 + width, y0, y0 + width), inside
+    return best
+
+
 def angles(record, model):
     """Smallest and largest angles."""
     exhibit = Exhibit("angles", "Angles of the triangles")
@@ -33,7 +46,7 @@ def angles(record, model):
     figure, (place, chart) = draw.panels(1, 2, (14, 5.2), width_ratios=[1.7, 1])
     view = view_of(model)
     map = draw.plt.get_cmap("YlGnBu_r")
-    view.show(place, view.image(map(low / 60)[:, :3]))
+    view.show(place, view.image(map(low / 60)[:, :3], light=0.35))
     bar = draw.plt.cm.ScalarMappable(draw.plt.Normalize(0, 60), map)
     draw.colour_bar(figure, bar, [place], "smallest angle, degrees")
     draw.histogram(chart, [(low, "smallest angle", draw.BLUE), (high, "largest angle", draw.ORANGE)],
@@ -61,7 +74,7 @@ def normals(record, model):
     view = view_of(model, (1100, 720))
     view.show(axes[0], view.image(0.5 + 0.5 * flat, light=0.25), "of the triangles, as colours")
     view.show(axes[1], view.image(GREY, normals=smooth, line_strength=0.2),
-              "of the nodes, smooth light and arrows")
+              "of the nodes, smooth light and lines")
     shown = np.flatnonzero(view.visible(model.coords) & view.facing(smooth + 0.3 * view.axes[2]))
     tips = model.coords + 0.85 * model.edge * smooth
     draw.segments(axes[1], view.project(model.coords[shown])[0], view.project(tips[shown])[0],
@@ -81,7 +94,7 @@ def refined(record, model):
                         t2.area(model.coords, model.connect), 1e-9)
     triangles, _, edges = triangulated(quads)
     figure, axes = draw.panels(1, 2, (15, 5))
-    window = (0.0, 0.5, 0.42, 0.92)
+    window = detail(view_of(model, (1100, 720)))
     before = view_of(model, (1100, 720), window)
     before.show(axes[0], before.image(GREY), count(len(model.connect), "triangle"))
     # The same view of the same extent.
@@ -93,27 +106,29 @@ def refined(record, model):
         [("model_quadrilaterals", coords, quads, None)])
 
 
-def circles(record, columns=9, rows=4):
+def circles(record, columns=11, rows=5):
     """Circumcentres and circles of triangles."""
     exhibit = Exhibit("circumcenters", "Circumscribed circles")
-    coords, connect = transfer.box_mesh(columns, rows, (0.0, 2.25, 0.0, 1.0))
+    # A sheared box, so that its triangles are nearly equilateral.
+    coords, connect = transfer.box_mesh(columns, rows, (0, columns, 0, rows), 0, 0.12)
+    coords = coords @ np.array([[1.0, 0.0], [0.5, np.sqrt(0.75)]])
     centres = exhibit.call(t2.circumcenters, coords, connect)
     arms = np.linalg.norm(coords[connect] - centres[:, None], axis=2)
     exhibit.check("each centre is equally far from its three corners, to 1 part in 10⁹",
                   np.ptp(arms, axis=1).max() < 1e-9 * arms.min())
-    figure, (axes,) = draw.panels(1, 1, (11, 5))
+    figure, (axes,) = draw.panels(1, 1, (13, 4.6))
     draw.mesh(axes, coords, connect, colour=draw.PALE, width=0.9)
     for centre, arm in zip(centres, arms[:, 0]):
-        axes.add_patch(draw.plt.Circle(centre, arm, fill=False, color=draw.BLUE, linewidth=0.6,
-                                       alpha=0.6))
+        axes.add_patch(draw.plt.Circle(centre, arm, fill=False, color=draw.BLUE, linewidth=0.5,
+                                       alpha=0.5))
     sides = interop.neighbors(connect)
     e, k = np.nonzero(sides != t2.UNSET_ID)
-    draw.segments(axes, centres[e], centres[sides[e, k]], draw.ORANGE, 1.1)
-    draw.dots(axes, centres, draw.ORANGE, 16)
-    draw.frame(axes, "", (-0.05, 2.3, -0.05, 1.05))
+    draw.segments(axes, centres[e], centres[sides[e, k]], draw.ORANGE, 1.5)
+    draw.dots(axes, centres, draw.ORANGE, 18)
+    draw.frame(axes)
     record.add(exhibit, figure, f"""<b>circumcenters</b> finds the centres (orange dots) of the
         circles (blue) through the corners of {count(len(connect), "triangle")}. Orange lines join
-        the centres of neighbours: they cross the common side, or its line, at right angles.""",
+        the centres of neighbours: they cross the common sides at right angles.""",
         [("circles", coords, connect, None)])
 
 

@@ -13,17 +13,17 @@ DIGITS = "4412"
 BOX = (-1.1, 2.1, -1.5, 1.5)
 
 
-def box_mesh(columns, rows, box=BOX):
-    """Triangles of a box, alternately cut; its nodes are moved a little so that none is special."""
+def box_mesh(columns, rows, box=BOX, pattern=2, disorder=0.2):
+    """Triangles of a box; its inner nodes are moved a little so that none is special."""
     x = np.linspace(box[0], box[1], columns + 1)
     y = np.linspace(box[2], box[3], rows + 1)
     bottom, top = (np.column_stack([x, np.full_like(x, v)]) for v in (box[2], box[3]))
     right, left = (np.column_stack([np.full_like(y, v), y]) for v in (box[1], box[0]))
     loop = np.concatenate([bottom[:-1], right[:-1], top[:0:-1], left[:0:-1]])
     ids = naca.closed(np.arange(len(loop)))
-    coords, connect = t2.mesh_struct_T3(loop, ids, rows, 2)
+    coords, connect = t2.mesh_struct_T3(loop, ids, rows, pattern)
     inner = np.arange(len(coords)) >= len(loop)
-    shift = np.random.default_rng(7).uniform(-0.2, 0.2, coords.shape)
+    shift = np.random.default_rng(7).uniform(-disorder, disorder, coords.shape)
     coords[inner] += (shift * [x[1] - x[0], y[1] - y[0]])[inner]
     return coords, connect
 

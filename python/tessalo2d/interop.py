@@ -23,7 +23,7 @@ from numpy.typing import ArrayLike, NDArray
 from ._core import UNSET_ID
 
 if TYPE_CHECKING:
-    import meshio
+    import meshio  # type: ignore[import]
 
 Coords = NDArray[np.float64]
 IDs = NDArray[np.uint32]

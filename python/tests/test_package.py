@@ -40,7 +40,8 @@ connect = interop.as_IDs([[0, 1, 2]])
 area: float = t2.area(coords, connect)
 new_coords, new_connect = t2.extrude_translate_Q4(coords, connect[:, :2].copy(), (0, 1), N=2)
 t2.flip(new_connect, t2.ELEMENT_Q4)
-t2.flip(np.zeros((1, 3), dtype=np.int64))  # type: ignore[arg-type]
+signed = np.zeros((1, 3), dtype=np.int64)
+t2.flip(signed)  # type: ignore[arg-type]
 t2.area(new_coords)  # type: ignore[call-arg]
 """
     )

@@ -153,7 +153,7 @@ def filtered(lines):
             family = SECTIONS[section[1]]
             body, i = take(lines, i + 1, "//")
             if any(body):
-                yield f"/** \\addtogroup {family}\n{converted(body)}*/"
+                yield f"/** \\addtogroup {family}\n\\details\n{converted(body)}*/"
         elif line.startswith("///"):
             body, i = take(lines, i, "///")
             declared = " ".join(lines[i : i + 2])

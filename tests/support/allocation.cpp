@@ -18,6 +18,7 @@ constexpr std::size_t LARGEST_REQUEST = std::size_t(1) << 34;
 struct {
     std::size_t served = 0;
     std::size_t live = 0;
+    std::size_t largest = LARGEST_REQUEST;
     std::size_t until_refusal = NEVER;
     bool for_good = false;
     bool fired = false;
@@ -52,6 +53,16 @@ failing_allocation::~failing_allocation()
 bool failing_allocation::fired() const
 {
     return state.fired;
+}
+
+limited_memory::limited_memory(std::size_t bytes)
+{
+    state.largest = bytes;
+}
+
+limited_memory::~limited_memory()
+{
+    state.largest = LARGEST_REQUEST;
 }
 
 std::size_t allocations()
@@ -99,7 +110,7 @@ namespace vorel {
 
 void* __vector_num_alloc(std::size_t bytes) noexcept
 {
-    if (bytes > support::LARGEST_REQUEST || support::refuse()) return nullptr;
+    if (bytes > support::state.largest || support::refuse()) return nullptr;
     void* const memory = std::malloc(bytes);
     if (memory) {
         ++support::state.served;

@@ -26,6 +26,15 @@ public:
     bool fired() const;
 };
 
+/// For the lifetime of the object requests above `bytes` are refused, as by a smaller machine.
+class limited_memory {
+public:
+    explicit limited_memory(std::size_t bytes);
+    ~limited_memory();
+    limited_memory(const limited_memory&) = delete;
+    limited_memory& operator=(const limited_memory&) = delete;
+};
+
 /// Requests served since the program began.
 std::size_t allocations();
 

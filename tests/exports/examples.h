@@ -60,4 +60,19 @@ inline void set_mesh(arguments& a, const support::mesh& m)
     a["connect"] = m.connect;
 }
 
+/// Pairs of nodes of a grid of 7 x 6 cells that no element joins: many edges beside the mesh. Each
+/// gets a third row with node 0 when it is to be an edge with a node on it.
+inline IDs far_pairs(std::size_t rows)
+{
+    constexpr unsigned NODES = 56, FARTHEST_SIDE = 9;
+    IDs pairs(rows, 0);
+    for (unsigned from = 0; from < NODES; ++from)
+        for (unsigned to = from + FARTHEST_SIDE + 1; to < NODES; ++to) {
+            (void)pairs.resize(rows, pairs.cols + 1, 0);
+            pairs(0, pairs.cols - 1) = from;
+            pairs(1, pairs.cols - 1) = to;
+        }
+    return pairs;
+}
+
 } // namespace exports

@@ -115,7 +115,10 @@ std::vector<exported> conversions()
          typed_IDs("edges", ELEMENT_E3, "coords", -4)}));
 
     for (std::size_t k = 2; k < all.size(); ++k)
-        all[k].enlarge = [](arguments& a) { set_mesh(a, support::grid_mixed(7, 6)); };
+        all[k].enlarge = [](arguments& a) {
+            set_mesh(a, support::grid_mixed(7, 6));
+            if (a.has("edges")) a["edges"] = far_pairs(3);
+        };
     return all;
 }
 

@@ -59,11 +59,12 @@ std::vector<exported> curvatures()
         const support::mesh m = bowl();
         set_mesh(a, m);
         a["neighbors"] = support::neighbors_of(m.connect);
-        // The sides of the mesh between its first rows of nodes, and some of no element.
-        IDs ridges(2, 60);
-        for (unsigned k = 0; k < 60; ++k) {
-            ridges(0, k) = k % 50;
-            ridges(1, k) = k % 50 + 1 + k / 50;
+        // The sides along the first rows of nodes behind many edges that no element has.
+        IDs ridges = far_pairs(2);
+        for (unsigned k = 0; k < 20; ++k) {
+            (void)ridges.resize(2, ridges.cols + 1);
+            ridges(0, ridges.cols - 1) = k;
+            ridges(1, ridges.cols - 1) = k + 1;
         }
         a["ridges"] = ridges;
     };

@@ -102,12 +102,12 @@ exported sweep_row(const std::string& name, int (*f)(reals&, const IDs&, A...),
 {
     exported e = overload<reals&, const IDs&, A...>::row(name, f, slots_of(s, motion), steps_of(s));
     e.enlarge = [](arguments& a) {
-        // A line through every third of many nodes, out of order.
-        a["coords"] = support::grid_T3(20, 20, a.rows("coords")).coords;
-        IDs line(2, 60);
-        for (unsigned k = 0; k < 60; ++k) {
-            line(0, k) = (k * 147) % 441;
-            line(1, k) = (k * 147 + 3) % 441;
+        // A line of few edges, out of order, among many nodes.
+        a["coords"] = support::grid_T3(30, 30, a.rows("coords")).coords;
+        IDs line(2, 50);
+        for (unsigned k = 0; k < 50; ++k) {
+            line(0, k) = (k * 147) % 961;
+            line(1, k) = (k * 147 + 3) % 961;
         }
         a["connect"] = line;
     };

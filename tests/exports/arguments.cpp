@@ -94,7 +94,31 @@ struct copier {
     }
 };
 
+struct inspector {
+    template <class T>
+    bool operator()(const dense2D<T>& m) const
+    {
+        const std::size_t span = m.is_empty() ? 0 : m.offset + (m.cols - 1) * m.ld + m.rows;
+        return span <= m.block->capacity && (m.is_empty() || m.ld >= m.rows);
+    }
+    template <class T>
+    bool operator()(const dense1D<T, 8>& v) const
+    {
+        return v.size == 0 || v.offset + v.size <= v.block->capacity;
+    }
+    template <class T>
+    bool operator()(const T&) const
+    {
+        return true;
+    }
+};
+
 } // namespace
+
+bool is_well_formed(const value& v)
+{
+    return std::visit(inspector(), v);
+}
 
 extent extent_of(const value& v)
 {

@@ -5,6 +5,7 @@
 #include <vorel/tessalo2d.h>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -63,6 +64,8 @@ struct slot {
     state refused = state::unchanged;
     /// After -199.
     state exhausted = state::unchanged;
+    /// After `std::bad_alloc`, where that is promised.
+    std::optional<state> thrown = std::nullopt;
     /// Rows that the call may use on the way, beyond those before and after.
     std::size_t rows_on_the_way = 0;
     /// Settled interface: some lists of boundary nodes take columns away.
@@ -91,6 +94,9 @@ picture picture_of(const value& v);
 
 /// A deep copy with ld equal to the rows.
 value copy_of(const value& v);
+
+/// True if the entries of a view lie in its storage.
+bool is_well_formed(const value& v);
 
 /// One value for each slot. Copies are deep.
 class arguments {

@@ -81,6 +81,18 @@ void expect_outcome(const exported& e, const std::vector<picture>& before, const
     }
 }
 
+void expect_outcome_of_exception(const exported& e, const std::vector<picture>& before,
+                                 const arguments& after, const std::string& told)
+{
+    for (std::size_t k = 0; k < e.slots.size(); ++k) {
+        const slot& s = e.slots[k];
+        EXPECT_TRUE(is_well_formed(after[k])) << e.signature << "\n  " << told << ": " << s.name;
+        const std::optional<state> wanted = s.direction == flow::in ? state::unchanged : s.thrown;
+        EXPECT_TRUE(!wanted || is_in(*wanted, before[k], picture_of(after[k]), 0))
+            << e.signature << "\n  " << told << ": " << s.name << " after an exception";
+    }
+}
+
 std::string differences(const exported& e, const std::vector<picture>& a,
                         const std::vector<picture>& b)
 {

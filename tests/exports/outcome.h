@@ -11,7 +11,12 @@ namespace exports {
 void expect_outcome(const exported& e, const std::vector<picture>& before, const arguments& after,
                     const step* end, int status, const std::string& told);
 
-/// Expects the first columns of `after` to be those of `before`, as far as both have them.
+/// Expects the inputs to be as they were after an exception, and the outputs to be matrices and
+/// lists: what they hold is promised by few slots.
+void expect_outcome_of_exception(const exported& e, const std::vector<picture>& before,
+                                 const arguments& after, const std::string& told);
+
+/// True if the first columns of `after` are those of `before`, as far as both have them.
 bool keeps_columns(const picture& before, const picture& after);
 
 /// Names the arguments whose pictures differ.

@@ -149,9 +149,11 @@ std::vector<exported> connectivity()
     // The second triangle runs the wrong way: one flip.
     const IDs turned = {{0, 1, 2}, {0, 3, 2}, {1, 4, 2}};
     slot neighbors = {"neighbors", kind::elements, flow::changed, support::neighbors_of(turned)};
+    slot oriented = changed(turned);
+    oriented.thrown = neighbors.thrown = state::unchanged;
     all.push_back(overload<IDs&, IDs&, unsigned, int>::row(
         "mesh_reorient", mesh_reorient,
-        {changed(turned), neighbors, number("seed", kind::choice, 0u),
+        {oriented, neighbors, number("seed", kind::choice, 0u),
          number("all_regions", kind::choice, 1)},
         {none_without_columns("connect"),
          refuse(
@@ -176,6 +178,7 @@ std::vector<exported> connectivity()
     };
 
     neighbors.direction = flow::in;
+    neighbors.thrown = std::nullopt;
     neighbors.valid = support::neighbors_of(TRIANGLES);
     all.push_back(overload<const IDs&, const IDs&, const ID_list&, ID_list&, ID_list&>::row(
         "get_connected_elements", get_connected_elements,

@@ -28,7 +28,10 @@ dense2D<T> reshaped(const dense2D<T>& m, std::size_t rows, std::size_t cols)
 /// Collects the breakages of one slot.
 class collector {
 public:
-    collector(const slot& s, std::vector<breakage>& all) : about(s), found(all) {}
+    collector(const exported& e, std::size_t k, std::vector<breakage>& all)
+        : about(e.slots[k]), place(k), found(all)
+    {
+    }
 
     template <class T>
     void operator()(const dense2D<T>& m)
@@ -94,7 +97,7 @@ private:
     template <class T, class F>
     void change(const std::string& how, F how_to, bool wild = false)
     {
-        found.push_back({about.name + " " + how,
+        found.push_back({place, about.name + " " + how,
                          [name = about.name, s = &about, how_to](arguments& a) {
                              how_to(a.get<T>(name), bound_of(a, *s));
                          },
@@ -157,6 +160,7 @@ private:
     }
 
     const slot& about;
+    std::size_t place;
     std::vector<breakage>& found;
 };
 
@@ -175,9 +179,9 @@ unsigned bound_of(const arguments& a, const slot& s)
 std::vector<breakage> breakages(const exported& e)
 {
     std::vector<breakage> all;
-    for (const slot& s : e.slots) {
-        collector collect(s, all);
-        std::visit(collect, s.valid);
+    for (std::size_t k = 0; k < e.slots.size(); ++k) {
+        collector collect(e, k, all);
+        std::visit(collect, e.slots[k].valid);
     }
     return all;
 }

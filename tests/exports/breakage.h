@@ -6,6 +6,8 @@
 namespace exports {
 
 struct breakage {
+    /// Of the argument.
+    std::size_t place;
     std::string about;
     std::function<void(arguments&)> apply;
     /// Can ask for more storage than there is.

@@ -67,6 +67,7 @@ for ((i = 0; i < ${#builds[@]}; i += 3)); do
     if cmp -s "$directory/$reference.values" "$directory/$name.values"; then
         printf '%-16s %s values\n' "$name" "$(wc -l < "$directory/$name.values")"
         compared=$((compared + 1))
+        [ "$name" = "$reference" ] || rm "$directory/$name.values"
     else
         printf '%-16s differs from %s:\n' "$name" "$reference"
         differences "$directory/$reference.values" "$directory/$name.values"

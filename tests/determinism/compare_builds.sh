@@ -5,7 +5,8 @@
 #
 #   tests/determinism/compare_builds.sh BUILD_DIRECTORY [CMAKE_OPTION...]
 #
-# Code for newer processors is compared where the present one runs it. LAPACK and libm are the same
+# Code for newer processors is compared where the present one runs it, and holds no fused
+# multiplication and addition anywhere, whatever the inputs reach. LAPACK and libm are the same
 # in all of them: a function that uses them is compared, their own accuracy is not.
 set -u
 source_dir=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
@@ -58,13 +59,25 @@ differences() {
         }'
 }
 
+# fused NAME: the fused instructions of the library.
+fused() {
+    objdump -d --no-show-raw-insn -C "$(find "$directory/$1" -name 'libtessalo2d.a')" |
+        awk '/^[0-9a-f]+ <.*>:$/ { place = substr($0, 18) }
+             /vfn?m(add|sub)/ && !seen[place]++ { print "  fused arithmetic in " place }'
+}
+
 reference=${builds[0]}
 compared=0
 failed=()
 for ((i = 0; i < ${#builds[@]}; i += 3)); do
     name=${builds[i]}
     print_values "$name" "${builds[i + 1]}" "${builds[i + 2]}" "$@" || exit 1
-    if cmp -s "$directory/$reference.values" "$directory/$name.values"; then
+    fusions=
+    [[ ${builds[i + 2]} != *-march* ]] || fusions=$(fused "$name")
+    if [ -n "$fusions" ]; then
+        printf '%-16s rounds otherwise than written:\n%s\n' "$name" "$fusions"
+        failed+=("$name")
+    elif cmp -s "$directory/$reference.values" "$directory/$name.values"; then
         printf '%-16s %s values\n' "$name" "$(wc -l < "$directory/$name.values")"
         compared=$((compared + 1))
         [ "$name" = "$reference" ] || rm "$directory/$name.values"
@@ -78,7 +91,7 @@ done
 values=$(wc -l < "$directory/$reference.values")
 functions=$(cut -f 1 "$directory/$reference.values" | sort -u | wc -l)
 if [ ${#failed[@]} -gt 0 ]; then
-    echo "Builds whose results differ from those of $reference: ${failed[*]}"
+    echo "Builds that differ from $reference: ${failed[*]}"
     exit 1
 fi
 echo "$compared builds agree in all $values values of $functions functions"

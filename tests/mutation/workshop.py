@@ -15,6 +15,10 @@ import time
 from pathlib import Path
 
 LIBRARY = "libtessalo2d.a"
+LIBRARY_OBJECTS = "CMakeFiles/tessalo2d_objects.dir/"
+SANITIZERS = ("-fsanitize=address,undefined,float-cast-overflow", "-fno-sanitize-recover=all",
+              "-D_GLIBCXX_ASSERTIONS")
+SANITIZER_OPTIONS = {"ASAN_OPTIONS": "allocator_may_return_null=1"}
 COMPILE_SECONDS = 300
 MEMORY = 8 << 30
 
@@ -114,16 +118,17 @@ class Workshop:
                 self.seconds[program] = time.monotonic() - begin
 
     @staticmethod
-    def run_tests(program, cpu_seconds):
+    def run_tests(program, cpu_seconds, sanitized=False):
         """How the tests notice a change; empty when all pass. A hang or hunger for memory counts."""
         def limits():
             resource.setrlimit(resource.RLIMIT_CPU, (cpu_seconds, cpu_seconds + 1))
-            resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
+            if not sanitized:  # The address sanitizer takes address space for its own memory.
+                resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
             resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
         command = [program, "--gtest_fail_fast", "--gtest_brief=1"]
         with subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
                               stdin=subprocess.DEVNULL, cwd=program.parent, preexec_fn=limits,
-                              start_new_session=True) as job:
+                              env={**os.environ, **SANITIZER_OPTIONS}, start_new_session=True) as job:
             try:
                 out = job.communicate(timeout=8 * cpu_seconds)[0].decode(errors="replace")
             except subprocess.TimeoutExpired:
@@ -145,36 +150,47 @@ class Worker:
         self.shop = workshop
         self.place = workshop.place / f"worker{number}"
         self.source, self.out = self.place / "source", self.place / "out"
+        self.linked = set()
         copy_tree(workshop.source, self.source)
 
     def try_change(self, change, text):
         """(`noticed`, how), (`survived`, "") or (`same`, why) for a change that makes no program or
-        no other one."""
-        shutil.rmtree(self.out, ignore_errors=True)
-        self.out.mkdir(parents=True)
-        (self.source / change.path).write_text(change.applied(text))
+        no other one. What survives is tried once more with the touched units under sanitizers."""
         try:
-            return self.judge(change)
+            self.write(change.path, change.applied(text))
+            result, why = self.judge(change, ())
+            if result == "survived":
+                result, why = self.judge(change, SANITIZERS)
+                self.write(change.path, text)
+                if result != "noticed" or self.judge(change, SANITIZERS)[0] == "noticed":
+                    result, why = "survived", ""
         finally:
-            (self.source / change.path).write_text(text)
+            self.write(change.path, text)
+        return result, why
 
-    def judge(self, change):
-        compiled, other = [], False
+    def write(self, path, text):
+        (self.source / path).write_text(text)
+
+    def judge(self, change, sanitizers):
+        shutil.rmtree(self.out, ignore_errors=True)
+        compiled, other = [], bool(sanitizers)
         for user, objects in self.steps(change):
             for made in objects:
-                if not self.compile(made):
+                if not self.compile(made, sanitizers):
                     return "same", "does not compile"
                 compiled.append(made)
                 other = other or not self.is_same(made)
-            if not other:
+            if not other or not compiled:
                 continue
             for program in self.shop.programs.get(user, []):
-                here = self.link(program, compiled)
+                here = self.link(program, compiled, sanitizers)
                 if not here:
                     return "same", "does not link"
-                why = self.shop.run_tests(here, int(3 * self.shop.seconds[program]) + 10)
+                seconds = int((20 if sanitizers else 3) * self.shop.seconds[program]) + 10
+                why = self.shop.run_tests(here, seconds, bool(sanitizers))
                 if why:
-                    return "noticed", f"{program.split('/')[-1]}: {why}"
+                    under = " under sanitizers" if sanitizers else ""
+                    return "noticed", f"{program.split('/')[-1]}{under}: {why}"
         if not compiled:
             raise RuntimeError(f"no unit of the library or its tests uses {change.path}")
         return ("survived", "") if other else ("same", "same object code")
@@ -200,7 +216,7 @@ class Worker:
         for user in users:
             yield user, [m for m in dependents if owner[m] == user]
 
-    def compile(self, made):
+    def compile(self, made, sanitizers):
         target = self.out / made
         target.parent.mkdir(parents=True, exist_ok=True)
         command = [w.replace(str(self.shop.source), str(self.source)) for w in self.shop.compile[made]]
@@ -210,7 +226,7 @@ class Worker:
                 at = command.index(option)
                 del command[at:at + (1 if option == "-MD" else 2)]
         try:
-            return subprocess.run([*command, "-w"], cwd=self.shop.build, stdout=subprocess.DEVNULL,
+            return subprocess.run([*command, *sanitizers, "-w"], cwd=self.shop.build, stdout=subprocess.DEVNULL,
                                   stderr=subprocess.DEVNULL, timeout=COMPILE_SECONDS,
                                   check=False).returncode == 0
         except subprocess.TimeoutExpired:
@@ -219,21 +235,24 @@ class Worker:
     def is_same(self, made):
         return (self.out / made).read_bytes() == (self.shop.build / made).read_bytes()
 
-    def link(self, program, compiled):
-        """The program with the changed objects in front, or, where it defines one of their symbols
-        itself, in an archive before the library's."""
-        target = self.out / "program"
+    def link(self, program, compiled, sanitizers):
+        """The program with the changed objects in front; where it defines one of their symbols
+        itself, without. The archive holds no unchanged version of them, so that a function that got
+        lost is missed."""
+        target, archive = self.out / "program", self.out / "changed.a"
         mine = {made: str(self.out / made) for made in compiled}
+        library = [made for made in self.shop.compile if made.startswith(LIBRARY_OBJECTS)]
+        if not archive.exists() or not self.linked.issuperset(compiled):
+            archive.unlink(missing_ok=True)
+            if not self.succeeds(["ar", "qcsT", str(archive), *(mine.get(m, m) for m in library)]):
+                return None
+            self.linked = set(compiled)
         command = [mine.get(w, w) for w in self.shop.link[program]]
         command[command.index("-o") + 1] = str(target)
-        extra = [path for made, path in mine.items() if not made.startswith("tests/")]
-        front = command[:1] + extra + command[1:]
-        if self.succeeds(front):
-            return target
-        archive = self.out / "changed.a"
-        at = command.index(LIBRARY)
-        behind = command[:at] + [str(archive)] + command[at:]
-        if self.succeeds(["ar", "qcs", str(archive), *extra]) and self.succeeds(behind):
+        command[command.index(LIBRARY)] = str(archive)
+        command[1:1] = sanitizers
+        front = [path for made, path in mine.items() if made in library]
+        if self.succeeds(command[:1] + front + command[1:]) or self.succeeds(command):
             return target
         return None
 

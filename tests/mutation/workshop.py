@@ -18,7 +18,7 @@ LIBRARY = "libtessalo2d.a"
 LIBRARY_OBJECTS = "CMakeFiles/tessalo2d_objects.dir/"
 SANITIZERS = ("-fsanitize=address,undefined,float-cast-overflow", "-fno-sanitize-recover=all",
               "-D_GLIBCXX_ASSERTIONS")
-SANITIZER_OPTIONS = {"ASAN_OPTIONS": "allocator_may_return_null=1"}
+SANITIZER_OPTIONS = {"ASAN_OPTIONS": "allocator_may_return_null=1:hard_rss_limit_mb=8192"}
 COMPILE_SECONDS = 300
 MEMORY = 8 << 30
 
@@ -244,7 +244,7 @@ class Worker:
         library = [made for made in self.shop.compile if made.startswith(LIBRARY_OBJECTS)]
         if not archive.exists() or not self.linked.issuperset(compiled):
             archive.unlink(missing_ok=True)
-            if not self.succeeds(["ar", "qcsT", str(archive), *(mine.get(m, m) for m in library)]):
+            if not self.succeeds(["ar", "qcsT", str(archive), *(mine.get(m, str(self.shop.build / m)) for m in library)]):
                 return None
             self.linked = set(compiled)
         command = [mine.get(w, w) for w in self.shop.link[program]]

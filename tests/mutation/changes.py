@@ -50,7 +50,8 @@ SWAPS = [
       "!=": ("==",)}),
     ("comparison", r"(?<= )(?:&&|\|\|)(?=\s)", {"&&": ("||",), "||": ("&&",)}),
     ("comparison", r"!(?=[\w(])", {"!": ("",)}),
-    ("comparison", r"std::m(?:in|ax)\b(?!_)", {"std::min": ("std::max",), "std::max": ("std::min",)}),
+    ("comparison", r"std::m(?:in|ax)\b(?!_)",
+     {"std::min": ("std::max",), "std::max": ("std::min",)}),
     ("sign", r"(?<= )[-+*/](?=\s)", {"+": ("-",), "-": ("+",), "*": ("/",), "/": ("*",)}),
     ("sign", r"(?<= )[-+*/]=(?=\s)",
      {"+=": ("-=", "="), "-=": ("+=", "="), "*=": ("/=", "="), "/=": ("*=", "=")}),
@@ -62,7 +63,8 @@ SWAPS = [
      {"success": ("out_of_memory", "bad_argument(1)"), "out_of_memory": ("success",)}),
 ]
 
-NUMBER = re.compile(r"(?<![\w.])(?:0x[0-9a-fA-F]+|\d+\.\d*(?:e[-+]?\d+)?|\d+(?:e[-+]?\d+)?)u?(?![\w.])")
+NUMBER = re.compile(
+    r"(?<![\w.])(?:0x[0-9a-fA-F]+|\d+\.\d*(?:e[-+]?\d+)?|\d+(?:e[-+]?\d+)?)u?(?![\w.])")
 STATUS = re.compile(r"\bbad_argument\((\d+)\)")
 # A subscript of an array's declaration or of a parameter: the size of an array.
 SIZE = re.compile(r"(?:[\w>*&] \w+|\))$")
@@ -103,7 +105,7 @@ NOT_DROPPED = re.compile(r"(?:using|typedef|friend|static|extern|namespace|templ
 
 
 def statements(code):
-    """Begin, end and whether a condition or a loop stands before, of statements with an effect."""
+    """Begin and end of statements with an effect, and of jumps behind a condition."""
     opened, begin, controlled = [], 0, False
     for at, sign in enumerate(code):
         if sign in "([":
@@ -123,8 +125,9 @@ def statements(code):
                 start += 5
                 controlled = True
             text = code[start:at].strip()
-            if JUMP.match(text) and controlled or EFFECT.match(text) and not NOT_DROPPED.match(text):
-                yield start + len(code[start:at]) - len(code[start:at].lstrip()), at, controlled
+            jumps = controlled and JUMP.match(text)
+            if jumps or EFFECT.match(text) and not NOT_DROPPED.match(text):
+                yield start + len(code[start:at]) - len(code[start:at].lstrip()), at
             begin, controlled = at + 1, False
 
 
@@ -154,6 +157,6 @@ def changes(path, text):
     for found in NUMBER.finditer(code):
         if not any(begin <= found.start() < end for begin, end in taken):
             place("constant", found.start(), found.end(), numbers_beside(found.group()))
-    for begin, end, _ in statements(code):
+    for begin, end in statements(code):
         place("statement", begin, end, ("",))
     return places

@@ -80,6 +80,7 @@ class Draw:
 class Run:
     def __init__(self, draw, options, known):
         self.draw, self.count, self.known = draw, options.count, known
+        self.reasons = read_survivors()
         self.next, self.counted, self.in_work = 0, [], 0
         self.lock = threading.Lock()
         self.begin = time.monotonic()
@@ -118,7 +119,8 @@ class Run:
                 entry = self.known[self.key(entry)]
             else:
                 begin = time.monotonic()
-                result, why = worker.try_change(change, text)
+                expected = (change.path, *change.lines(text)) in self.reasons
+                result, why = worker.try_change(change, text, expected)
                 entry = self.entry(change, result, why, time.monotonic() - begin)
                 with self.lock, LOG.open("a") as log:
                     log.write(json.dumps(entry) + "\n")
@@ -162,6 +164,7 @@ def report(run, folders):
     reasons = read_survivors()
     survived = [e for e in run.counted if e["result"] == "survived"]
     open_ones = []
+    print("\nSurvivors:")
     for e in sorted(survived, key=lambda e: (e["path"], e["line"])):
         reason = reasons.get((e["path"], e["before"], e["after"]))
         if not reason:
@@ -175,8 +178,8 @@ def report(run, folders):
     percent = 100.0 * noticed / total if total else 0.0
     print(f"\n{time.monotonic() - run.begin:.0f} s")
     passed = percent >= NEEDED_PERCENT
-    print(f"{'' if passed else 'FAILED, '}{noticed} of {total} changes are noticed ({percent:.1f} %), "
-          f"{len(survived) - len(open_ones)} can not be for the reasons listed, "
+    print(f"{'' if passed else 'FAILED, '}{noticed} of {total} changes are noticed "
+          f"({percent:.1f} %), {len(survived) - len(open_ones)} can not be for the reasons listed, "
           f"{len(open_ones)} wait for a test")
     return 0 if passed else 1
 

@@ -49,7 +49,8 @@ class Workshop:
         options = ["-DCMAKE_BUILD_TYPE=Release", "-DCMAKE_CXX_FLAGS_RELEASE=-O1",
                    "-DTESSALO2D_BENCHMARKS=OFF", "-DTESSALO2D_EXAMPLES=OFF",
                    "-DTESSALO2D_INSTALL=OFF", "-DTESSALO2D_WERROR=OFF",
-                   "-DCMAKE_EXPORT_COMPILE_COMMANDS=ON", "-DCMAKE_CXX_COMPILER_LAUNCHER=" + launcher]
+                   "-DCMAKE_EXPORT_COMPILE_COMMANDS=ON",
+                   "-DCMAKE_CXX_COMPILER_LAUNCHER=" + launcher]
         self.run(["cmake", "-S", self.source, "-B", self.build, "-G", "Ninja", *options])
         targets = self.run(["ninja", "-t", "targets", "all"], self.build)
         self.programs = {}
@@ -119,7 +120,7 @@ class Workshop:
 
     @staticmethod
     def run_tests(program, cpu_seconds, sanitized=False):
-        """How the tests notice a change; empty when all pass. A hang or hunger for memory counts."""
+        """How the tests notice a change, a hang or hunger for memory too; empty if all pass."""
         def limits():
             resource.setrlimit(resource.RLIMIT_CPU, (cpu_seconds, cpu_seconds + 1))
             if not sanitized:  # The address sanitizer takes address space for its own memory.
@@ -128,7 +129,8 @@ class Workshop:
         command = [program, "--gtest_fail_fast", "--gtest_brief=1"]
         with subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
                               stdin=subprocess.DEVNULL, cwd=program.parent, preexec_fn=limits,
-                              env={**os.environ, **SANITIZER_OPTIONS}, start_new_session=True) as job:
+                              env={**os.environ, **SANITIZER_OPTIONS},
+                              start_new_session=True) as job:
             try:
                 out = job.communicate(timeout=8 * cpu_seconds)[0].decode(errors="replace")
             except subprocess.TimeoutExpired:
@@ -153,13 +155,14 @@ class Worker:
         self.linked = set()
         copy_tree(workshop.source, self.source)
 
-    def try_change(self, change, text):
+    def try_change(self, change, text, expected):
         """(`noticed`, how), (`survived`, "") or (`same`, why) for a change that makes no program or
-        no other one. What survives is tried once more with the touched units under sanitizers."""
+        no other one. What survives unexpectedly is tried once more with the touched units under
+        sanitizers, in the tests of one folder."""
         try:
             self.write(change.path, change.applied(text))
             result, why = self.judge(change, ())
-            if result == "survived":
+            if result == "survived" and not expected:
                 result, why = self.judge(change, SANITIZERS)
                 self.write(change.path, text)
                 if result != "noticed" or self.judge(change, SANITIZERS)[0] == "noticed":
@@ -173,8 +176,10 @@ class Worker:
 
     def judge(self, change, sanitizers):
         shutil.rmtree(self.out, ignore_errors=True)
-        compiled, other = [], bool(sanitizers)
+        compiled, other, tested = [], bool(sanitizers), None
         for user, objects in self.steps(change):
+            if sanitizers and tested not in (None, user):
+                break
             for made in objects:
                 if not self.compile(made, sanitizers):
                     return "same", "does not compile"
@@ -182,6 +187,7 @@ class Worker:
                 other = other or not self.is_same(made)
             if not other or not compiled:
                 continue
+            tested = user
             for program in self.shop.programs.get(user, []):
                 here = self.link(program, compiled, sanitizers)
                 if not here:
@@ -219,16 +225,15 @@ class Worker:
     def compile(self, made, sanitizers):
         target = self.out / made
         target.parent.mkdir(parents=True, exist_ok=True)
-        command = [w.replace(str(self.shop.source), str(self.source)) for w in self.shop.compile[made]]
+        there, here = str(self.shop.source), str(self.source)
+        command = [word.replace(there, here) for word in self.shop.compile[made]]
         command[command.index("-o") + 1] = str(target)
         for option in ("-MD", "-MT", "-MF"):
             if option in command:
                 at = command.index(option)
                 del command[at:at + (1 if option == "-MD" else 2)]
         try:
-            return subprocess.run([*command, *sanitizers, "-w"], cwd=self.shop.build, stdout=subprocess.DEVNULL,
-                                  stderr=subprocess.DEVNULL, timeout=COMPILE_SECONDS,
-                                  check=False).returncode == 0
+            return self.succeeds([*command, *sanitizers, "-w"], COMPILE_SECONDS)
         except subprocess.TimeoutExpired:
             return False
 
@@ -244,7 +249,8 @@ class Worker:
         library = [made for made in self.shop.compile if made.startswith(LIBRARY_OBJECTS)]
         if not archive.exists() or not self.linked.issuperset(compiled):
             archive.unlink(missing_ok=True)
-            if not self.succeeds(["ar", "qcsT", str(archive), *(mine.get(m, str(self.shop.build / m)) for m in library)]):
+            members = [mine.get(made, str(self.shop.build / made)) for made in library]
+            if not self.succeeds(["ar", "qcsT", str(archive), *members]):
                 return None
             self.linked = set(compiled)
         command = [mine.get(w, w) for w in self.shop.link[program]]
@@ -256,6 +262,7 @@ class Worker:
             return target
         return None
 
-    def succeeds(self, command):
+    def succeeds(self, command, seconds=None):
         return subprocess.run(command, cwd=self.shop.build, stdout=subprocess.DEVNULL,
-                              stderr=subprocess.DEVNULL, check=False).returncode == 0
+                              stderr=subprocess.DEVNULL, timeout=seconds,
+                              check=False).returncode == 0

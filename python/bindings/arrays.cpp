@@ -161,6 +161,16 @@ vector_fixed<double, N> vector(const py::object& numbers, const char* name)
     return result;
 }
 
+double real(const py::object& number, const char* name)
+{
+    const double value = PyFloat_AsDouble(number.ptr());
+    if (value == -1.0 && PyErr_Occurred()) {
+        PyErr_Clear();
+        throw py::type_error(std::string(name) + " must be a number");
+    }
+    return value;
+}
+
 unsigned count(const py::object& number, const char* name)
 {
     const auto integer = py::reinterpret_steal<py::object>(PyNumber_Index(number.ptr()));

@@ -85,6 +85,9 @@ vector_fixed<double, N> vector(const py::object& numbers, const char* name);
 /// The length of a sequence of numbers; 0 for a single number.
 std::size_t vector_length(const py::object& numbers, const char* name);
 
+/// A number. Raises TypeError naming the argument.
+double real(const py::object& number, const char* name);
+
 /// An integer from 0 to 4294967295. Raises TypeError or ValueError naming the argument.
 unsigned count(const py::object& number, const char* name);
 

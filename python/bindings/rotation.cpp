@@ -26,7 +26,7 @@ template <std::size_t D>
 auto turn(const py::object& rotation)
 {
     if constexpr (D == 2)
-        return rotation.cast<double>();
+        return real(rotation, "rotation");
     else
         return vector<3>(rotation, "rotation");
 }

@@ -11,8 +11,8 @@ layers::layers(const py::object& N_, const py::object& h0_, const py::object& h1
         throw py::type_error("give either N, the number of layers, or the sizes h0 and h1");
     if (!by_size && force_even) throw py::type_error("force_even goes with the sizes h0 and h1");
     if (by_size) {
-        h0 = h0_.cast<double>();
-        h1 = h1_.cast<double>();
+        h0 = real(h0_, "h0");
+        h1 = real(h1_, "h1");
     } else {
         N = count(N_, "N");
     }

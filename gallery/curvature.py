@@ -38,12 +38,12 @@ def principal(record, model):
     limit = max(float(np.quantile(np.abs(mean), 0.93)), 1e-12)
     figure, axes = draw.panels(1, 2, (15, 5.2), width_ratios=[1.11, 1])
     normals = t2.node_normals(model.coords, model.connect)
-    view = view_of(model, (1100, 760))
+    view = view_of(model)
     coloured(figure, axes[0], view, mean, limit, "mean curvature, 1 / unit of length",
              normals=normals, line_width=0, light=0.45)
     axes[0].set_title("red: convex, blue: hollow")
 
-    near = view_of(model, (1100, 760), detail(view))
+    near = view_of(model, detail(view))
     near.show(axes[1], near.image(GREY, normals=normals, line_strength=0.12, light=0.45),
               "directions, on a part of it")
     shown = near.visible(model.coords) & found & near.facing(normals)
@@ -122,8 +122,8 @@ def metrics(record, model):
     figure, axes = draw.panels(1, 2, (15, 5.2))
     covariance = np.zeros_like(full)
     covariance[good] = np.linalg.inv(full[good])
-    whole = view_of(model, (1100, 760))
-    near = view_of(model, (1100, 760), detail(whole))
+    whole = view_of(model)
+    near = view_of(model, detail(whole))
     for place, view, step, scale, name in ((axes[0], whole, 4, 0.5, "every fourth node"),
                                            (axes[1], near, 1, 0.3, "a part of it, all nodes")):
         view.show(place, view.image(GREY, normals=normals, line_strength=0.15, light=0.4), name)

@@ -58,7 +58,7 @@ def reoriented(record, model, seed=5):
                   np.array_equal(np.sort(mended, axis=1), np.sort(model.connect, axis=1)))
 
     figure, axes = draw.panels(1, 2, (15, 5))
-    view = view_of(model, (1100, 720))
+    view = view_of(model)
     for place, connect, name in ((axes[0], broken, f"before: {before} pairs at odds"),
                                  (axes[1], mended, f"after: {after}")):
         facing = view.facing(t2.normals(model.coords, connect))

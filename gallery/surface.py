@@ -1,5 +1,7 @@
 """A surface from a file: angles, normals, refinement, and circles of plane triangles."""
 
+from functools import lru_cache
+
 import numpy as np
 
 import tessalo2d as t2
@@ -13,7 +15,9 @@ TITLE = "Measures"
 GREY = np.array([0.80, 0.83, 0.86])
 
 
-def view_of(model, size=(1200, 760), window=(0, 1, 0, 1)):
+@lru_cache(maxsize=2)
+def view_of(model, window=(0, 1, 0, 1), size=(1100, 720)):
+    """The model from the side that shows most; kept, since several pictures share it."""
     return View(model.coords, model.connect, model.direction, model.up, size, window)
 
 
@@ -71,7 +75,7 @@ def normals(record, model):
                   ((flat * cross).sum(axis=1) >= (1 - 1e-9) * np.linalg.norm(cross, axis=1)).all())
 
     figure, axes = draw.panels(1, 2, (15, 5))
-    view = view_of(model, (1100, 720))
+    view = view_of(model)
     view.show(axes[0], view.image(0.5 + 0.5 * flat, light=0.25), "of the triangles, as colours")
     view.show(axes[1], view.image(GREY, normals=smooth, line_strength=0.2),
               "of the nodes, smooth light and lines")
@@ -94,8 +98,8 @@ def refined(record, model):
                         t2.area(model.coords, model.connect), 1e-9)
     triangles, _, edges = triangulated(quads)
     figure, axes = draw.panels(1, 2, (15, 5))
-    window = detail(view_of(model, (1100, 720)))
-    before = view_of(model, (1100, 720), window)
+    window = detail(view_of(model))
+    before = view_of(model, window)
     before.show(axes[0], before.image(GREY), count(len(model.connect), "triangle"))
     # The same view of the same extent.
     after = View(coords, triangles, model.direction, model.up, (1100, 720), window, edges)

@@ -141,10 +141,11 @@ def metrics(record, columns=28, rows=26, half=32, layers=14):
 def with_room(points, covariances):
     """Points whose ellipses hardly overlap: each is taken unless it is too near to one before."""
     radius = np.sqrt(np.linalg.eigvalsh(covariances)[:, 0])
+    inverse = np.linalg.inv(covariances)
     taken = []
     for i in np.argsort(-np.linalg.norm(points - points.mean(axis=0), axis=1)):
         step = points[taken] - points[i]
-        norm = np.einsum("ki,kij,kj->k", step, np.linalg.inv(covariances)[taken], step)
+        norm = np.einsum("ki,kij,kj->k", step, inverse[taken], step)
         if not len(taken) or norm.min() > 3.0 and (step**2).sum(axis=1).min() > radius[i] ** 2:
             taken.append(i)
     return np.array(taken)

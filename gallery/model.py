@@ -90,7 +90,7 @@ def read_any(path):
             mesh = meshio.read(path)
     except (Exception, SystemExit) as problem:  # readers raise whatever occurs to them
         reason = str(problem) if isinstance(problem, Exception) and str(problem) else "not readable"
-        raise Unusable(f"{path}: {reason.splitlines()[0]}") from None
+        raise Unusable(f"{path}: meshio can't read it: {reason.splitlines()[0]}") from None
     corners = {"triangle": 3, "triangle6": 3, "triangle7": 3, "quad": 4, "quad8": 4, "quad9": 4}
     faces = []
     for block in mesh.cells:

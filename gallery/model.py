@@ -1,6 +1,7 @@
 """A surface from a file, as triangles with one node in a place."""
 
 import contextlib
+import html
 import io
 from pathlib import Path
 
@@ -59,7 +60,7 @@ def read(path):
         raise Unusable(f"{path}: all faces are flat: no surface")
     # OBJ files have y upwards by custom, others z.
     up = (0.0, 1.0, 0.0) if path.suffix.lower() == ".obj" else (0.0, 0.0, 1.0)
-    return Model(path.name, coords, outwards(coords, connect), np.array(up))
+    return Model(html.escape(path.name), coords, outwards(coords, connect), np.array(up))
 
 
 def read_obj(path):

@@ -137,7 +137,7 @@ unit_length : bool
 Returns
 -------
 (n, 3) float64
-    Zero at a node that no element holds.)");
+    Zero at a node that no element holds. Without rows when there are no elements.)");
 
     m.def("circumcenters", &circumcenters, py::arg("coords"), py::arg("connect"),
           R"(circumcenters(coords, connect)

@@ -341,10 +341,11 @@ triangle by columns, the same as the lower one by rows), Voigt's (without factor
 tensors, and the upper triangle by rows."""
 
 
-def _dimension(columns: int) -> int:
-    if columns not in (3, 6):
-        raise ValueError(f"packed metrics must have 3 or 6 columns, not {columns}")
-    return 2 if columns == 3 else 3
+def _packed(metrics: ArrayLike) -> NDArray[np.float64]:
+    values = np.asarray(metrics, dtype=np.float64)
+    if values.ndim != 2 or values.shape[1] not in (3, 6):
+        raise ValueError(f"packed metrics must have the shape (n, 3) or (n, 6), not {values.shape}")
+    return values
 
 
 def pack_metrics(full: ArrayLike, order: str = "tessalo2d") -> NDArray[np.float64]:
@@ -362,10 +363,8 @@ def pack_metrics(full: ArrayLike, order: str = "tessalo2d") -> NDArray[np.float6
 
 def full_metrics(packed: ArrayLike, order: str = "tessalo2d") -> NDArray[np.float64]:
     """Packed symmetric matrices (n, 3) or (n, 6) as (n, 2, 2) or (n, 3, 3)."""
-    values = np.asarray(packed, dtype=np.float64)
-    if values.ndim != 2:
-        raise ValueError(f"packed metrics must have 2 dimensions, not {values.ndim}")
-    dim = _dimension(values.shape[1])
+    values = _packed(packed)
+    dim = 2 if values.shape[1] == 3 else 3
     full = np.empty((len(values), dim, dim))
     for k, (i, j) in enumerate(METRIC_ORDERS[order][values.shape[1]]):
         full[:, i, j] = full[:, j, i] = values[:, k]
@@ -376,10 +375,7 @@ def reorder_metrics(
     packed: ArrayLike, source: str, target: str = "tessalo2d"
 ) -> NDArray[np.float64]:
     """Packed symmetric matrices (n, 3) or (n, 6) from one of `METRIC_ORDERS` to another."""
-    values = np.asarray(packed, dtype=np.float64)
-    if values.ndim != 2:
-        raise ValueError(f"packed metrics must have 2 dimensions, not {values.ndim}")
-    _dimension(values.shape[1])
+    values = _packed(packed)
     given = METRIC_ORDERS[source][values.shape[1]]
     wanted = METRIC_ORDERS[target][values.shape[1]]
     return np.ascontiguousarray(values[:, [given.index(entry) for entry in wanted]])

@@ -24,7 +24,8 @@ void write_run(const edge_run& run, unsigned length, unsigned* out)
     }
 }
 
-template <bool MIXED>
+/// `SINGLE` edges get one node each, which has no direction.
+template <bool MIXED, bool SINGLE>
 bool number_columns(edge_numbering& numbering, const dense2D<unsigned>& connect,
                     const element_nodes& added, dense2D<unsigned>& result)
 {
@@ -38,15 +39,21 @@ bool number_columns(edge_numbering& numbering, const dense2D<unsigned>& connect,
     for (std::size_t e = 0; e < elements; ++e, column += ld, out += out_ld) {
         const unsigned corners = corner_count<MIXED>(column);
         for (unsigned k = 0; k < corners; ++k) out[k] = column[k];
+        unsigned* run = out + corners;
         edge_run met[4];
         edge_run* last = met;
-        for_each_edge(column, corners,
-                      [&](unsigned from, unsigned to) { *last++ = numbering.meet(from, to); });
-        // Before the runs are written: they may be billions of entries long.
+        for_each_edge(column, corners, [&](unsigned from, unsigned to) {
+            const edge_run here = numbering.meet(from, to);
+            if (SINGLE)
+                *run++ = here.first;
+            else
+                *last++ = here;
+        });
+        // Before longer runs are written: they may be billions of entries long.
         if (numbering.next_id() > UNSET_ID) return false;
-        unsigned* run = out + corners;
-        for (unsigned k = 0; k < corners; ++k, run += run_length)
-            write_run(met[k], run_length, run);
+        if (!SINGLE)
+            for (unsigned k = 0; k < corners; ++k, run += run_length)
+                write_run(met[k], run_length, run);
         if (MIXED) std::fill(out + added.rows(corners), out + rows, UNSET_ID);
     }
     return true;
@@ -121,8 +128,11 @@ void place_columns(dense2D<double>& coords, const dense2D<unsigned>& connect,
 bool number_edge_nodes(edge_numbering& numbering, const dense2D<unsigned>& connect,
                        const element_nodes& added, dense2D<unsigned>& result)
 {
-    return connect.rows == 4 ? number_columns<true>(numbering, connect, added, result)
-                             : number_columns<false>(numbering, connect, added, result);
+    const bool mixed = connect.rows == 4;
+    const auto number = added.on_edge == 1
+                            ? (mixed ? number_columns<true, true> : number_columns<false, true>)
+                            : (mixed ? number_columns<true, false> : number_columns<false, false>);
+    return number(numbering, connect, added, result);
 }
 
 void place_edge_nodes(dense2D<double>& coords, const dense2D<unsigned>& connect,

@@ -8,7 +8,7 @@ namespace vorel::tessalo2d {
 
 /// Writes the columns of `result`, which has its shape, but for the interior rows: corners, edge
 /// nodes, and `UNSET_ID` behind the end of a short column. False when the edge nodes would need an
-/// ID beyond the last one; those of the element that shows it are then not written.
+/// ID beyond the last one; runs of several nodes of the element that shows it are then not written.
 [[nodiscard]] bool number_edge_nodes(edge_numbering& numbering, const dense2D<unsigned>& connect,
                                      const element_nodes& added, dense2D<unsigned>& result);
 

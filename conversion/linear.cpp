@@ -67,9 +67,9 @@ int split_into_linear(const dense2D<unsigned>& connect, dense2D<unsigned>& resul
     if (connect.cols > (std::numeric_limits<std::size_t>::max() - old_cols) / 4)
         return out_of_memory;
     const std::size_t cols = old_cols + 4 * connect.cols;
-    if (!result.reserve(rows, cols, 1)) return out_of_memory;
-    // Both fit what was reserved: old triangles get their unset row, then come the new columns.
-    if (!result.resize(rows, old_cols, UNSET_ID) || !result.resize(rows, cols))
+    // Room for all at once; then old triangles get their unset row, and the new columns follow.
+    if (!result.reserve(rows, cols, 1) || !result.resize(rows, old_cols, UNSET_ID) ||
+        !result.resize(rows, cols))
         return out_of_memory;
 
     unsigned* const out = result.column(old_cols);

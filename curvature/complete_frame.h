@@ -15,11 +15,7 @@ inline void complete_frame(vec3& a, vec3& b, vec3& c)
     if (q == 0.0) {
         a[0] = 1.0;
     } else if (q != 1.0) {
-        const double size = std::sqrt(q);
-        if (size == 0.0)
-            a[0] = 1.0;
-        else
-            a = (1.0 / size) * a;
+        a = (1.0 / std::sqrt(q)) * a;
     }
     c = cross(a, b);
     if (c[0] == 0.0 && c[1] == 0.0 && c[2] == 0.0) {

@@ -35,16 +35,14 @@ template <bool MIXED>
 void element_normals(const dense2D<double>& coords, const dense2D<unsigned>& connect,
                      bool unit_length, dense2D<double>& vectors)
 {
-    const std::size_t ld = connect.ld;
     const std::size_t to_ld = vectors.ld;
     double* to = vectors.column(0);
-    for_each_block<MIXED>(
-        coords, connect,
-        [&](normal_block<MIXED>& block, const unsigned* column, std::size_t count) {
-            if (unit_length) block.scale(count);
-            for (std::size_t i = 0; i < count; ++i, column += ld, to += to_ld)
-                store(block.has_corners(column) ? block.normal(i) : vec3{{0.0, 0.0, 0.0}}, to);
-        });
+    for_each_block<MIXED>(coords, connect,
+                          [&](normal_block<MIXED>& block, const unsigned*, std::size_t count) {
+                              if (unit_length) block.scale(count);
+                              for (std::size_t i = 0; i < count; ++i, to += to_ld)
+                                  store(block.normal(i), to);
+                          });
 }
 
 /// How the normals of the elements around a node make the node's.

@@ -9,15 +9,16 @@ namespace vorel::tessalo2d {
 /// The normal of the triangle a, b, c. It multiplies the sides that meet at c unless the third side
 /// is no longer than either: the longest side of a needle would cost its normal most digits.
 /// Here, unlike in `cross3`, the third side is a difference of points and a tie goes to it.
-inline vec3 triangle_normal(const vec3& a, const vec3& b, const vec3& c)
+template <class T>
+inline vec<3, T> triangle_normal(const vec<3, T>& a, const vec<3, T>& b, const vec<3, T>& c)
 {
-    const vec3 p = a - c;
-    const vec3 q = b - c;
-    const vec3 e = b - a;
-    const double pp = squared_length(p);
-    const double qq = squared_length(q);
+    const vec<3, T> p = a - c;
+    const vec<3, T> q = b - c;
+    const vec<3, T> e = b - a;
+    const T pp = squared_length(p);
+    const T qq = squared_length(q);
     // min(qq, pp) as std::min(qq, pp) has it for NaN.
-    const double shorter = pp < qq ? pp : qq;
+    const T shorter = pp < qq ? pp : qq;
     return cross(p, select(squared_length(e) > shorter, q, e));
 }
 

@@ -1,7 +1,6 @@
 // Four rows of a column in one register.
 #pragma once
 
-#include <cstdint>
 #include <cstring>
 
 namespace vorel::tessalo2d {
@@ -30,13 +29,6 @@ inline ID_lanes equal_lanes(const ID_lanes& a, const ID_lanes& b)
 inline ID_lanes pick_lanes(const ID_lanes& chosen, const ID_lanes& a, const ID_lanes& b)
 {
     return (a & chosen) | (b & ~chosen);
-}
-
-inline bool any_lane(const ID_lanes& l)
-{
-    std::uint64_t halves[2];
-    std::memcpy(halves, &l, sizeof halves);
-    return (halves[0] | halves[1]) != 0;
 }
 
 } // namespace vorel::tessalo2d

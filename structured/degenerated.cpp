@@ -1,98 +1,73 @@
 // Quadrilaterals of which two adjacent corners are one node become triangles in the same storage.
 //
 // Few columns of a usual mesh are degenerated. So groups of columns are searched for equal corners
-// with nothing else in mind. Only in a group that has some the columns are told apart, and only
-// those are converted, without a branch on which corners they are.
+// with nothing else in mind, and only the columns that have some are looked at again, one by one:
+// the rows that stay come from a table, without a branch on which corners are equal.
 #include "foundation/status.h"
 #include "structured/ID_lanes.h"
 
 #include <vorel/tessalo2d.h>
 
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
 
 namespace vorel::tessalo2d {
 
 namespace {
 
-/// Columns that are searched together.
+/// Columns that are searched together: one bit each.
 constexpr std::size_t GROUP = 16;
 
-/// All ones for true, 0 for false.
-unsigned mask(bool condition)
+/// Which columns of a group have their first equal corners where, one bit a column.
+struct equal_corners {
+    std::uint32_t at_01;
+    std::uint32_t up_to_12;
+    std::uint32_t up_to_23;
+    std::uint32_t any;
+
+    /// 0 to 3: the corner of column `k` that equals the next one, the first in the order of the
+    /// corners. Asked for only where there is one.
+    unsigned first_corner(unsigned k) const
+    {
+        return 3 - (at_01 >> k & 1) - (up_to_12 >> k & 1) - (up_to_23 >> k & 1);
+    }
+};
+
+inline equal_corners find_equal_corners(const unsigned* column, std::size_t ld, std::size_t count)
 {
-    return 0u - static_cast<unsigned>(condition);
+    // One lane for each corner.
+    ID_lanes found = {};
+    ID_lanes bit = {1, 1, 1, 1};
+    for (std::size_t k = 0; k < count; ++k, column += ld, bit += bit) {
+        const ID_lanes corners = load_lanes(column);
+        const ID_lanes next = __builtin_shufflevector(corners, corners, 1, 2, 3, 0);
+        found |= equal_lanes(corners, next) & bit;
+    }
+    const std::uint32_t up_to_12 = found[0] | found[1];
+    const std::uint32_t up_to_23 = up_to_12 | found[2];
+    return {found[0], up_to_12, up_to_23, up_to_23 | found[3]};
 }
 
-/// `a` where the mask is all ones, `b` where it is 0.
-unsigned pick(unsigned chosen, unsigned a, unsigned b)
-{
-    return b ^ ((a ^ b) & chosen);
-}
+/// The rows of a quadrilateral that become rows 0 to 5 of the triangle when corner k equals the
+/// next one. The midside node of the collapsed edge is dropped and the others get the order of the
+/// six-node triangle; a centre node has no place there.
+constexpr unsigned char STAYING_ROWS[4][6] = {
+    {0, 2, 3, 6, 7, 5}, {0, 1, 3, 6, 7, 4}, {0, 1, 2, 5, 7, 4}, {0, 1, 2, 5, 6, 4}};
 
-/// Converts the column if it is degenerated, and says so. The first equality in the order of the
-/// corners decides; a column with an unset row is a triangle already. With midside nodes the one on
-/// the collapsed edge is dropped and the others get the order of the six-node triangle; a centre
-/// node has no place there.
+/// Converts a column of which that corner equals the next one, and says so; a column with an unset
+/// row is a triangle already.
 template <std::size_t ROWS>
-bool convert_column(unsigned* column)
+bool convert_column(unsigned* column, unsigned corner)
 {
+    constexpr std::size_t STAYING = ROWS == 4 ? 3 : 6;
     unsigned old[ROWS];
-    unsigned unset = 0;
-    for (std::size_t i = 0; i < ROWS; ++i) {
-        old[i] = column[i];
-        unset |= mask(old[i] == UNSET_ID);
-    }
-    // Which corners are one node, each mask including those before it.
-    const unsigned by_01 = mask(old[0] == old[1]) & ~unset;
-    const unsigned up_to_12 = (mask(old[1] == old[2]) & ~unset) | by_01;
-    const unsigned up_to_23 = (mask(old[2] == old[3]) & ~unset) | up_to_12;
-    const unsigned any = (mask(old[0] == old[3]) & ~unset) | up_to_23;
-
-    column[1] = pick(by_01, old[2], old[1]);
-    column[2] = pick(up_to_12, old[3], old[2]);
-    if constexpr (ROWS == 4) {
-        column[3] = old[3] | any;
-    } else {
-        column[3] = pick(any, pick(up_to_12, old[6], old[5]), old[3]);
-        column[4] = pick(any, pick(up_to_23, old[7], old[6]), old[4]);
-        column[5] = pick(any, pick(by_01, old[5], old[4]), old[5]);
-        for (std::size_t i = 6; i < ROWS; ++i) column[i] = old[i] | any;
-    }
-    return any != 0;
-}
-
-/// One lane for each corner: all ones if it equals the next one.
-ID_lanes equal_corners(const unsigned* column)
-{
-    const ID_lanes corners = load_lanes(column);
-    return equal_lanes(corners, __builtin_shufflevector(corners, corners, 1, 2, 3, 0));
-}
-
-/// True if any of the columns has two equal adjacent corners.
-bool have_equal_corners(const unsigned* column, std::size_t ld, std::size_t count)
-{
-    ID_lanes equal = {};
-    for (std::size_t k = 0; k < count; ++k) equal |= equal_corners(column + k * ld);
-    return any_lane(equal);
-}
-
-/// Converts the degenerated columns of a group and lists their numbers, counted from `first`.
-template <std::size_t ROWS>
-std::size_t convert_group(unsigned* columns, std::size_t ld, std::size_t count, std::size_t first,
-                          unsigned* converted)
-{
-    unsigned suspects[GROUP];
-    std::size_t suspected = 0;
-    for (std::size_t k = 0; k < count; ++k) {
-        suspects[suspected] = static_cast<unsigned>(k);
-        suspected += any_lane(equal_corners(columns + k * ld));
-    }
-    std::size_t size = 0;
-    for (std::size_t s = 0; s < suspected; ++s) {
-        converted[size] = static_cast<unsigned>(first + suspects[s]);
-        size += convert_column<ROWS>(columns + suspects[s] * ld);
-    }
-    return size;
+    std::memcpy(old, column, sizeof old);
+    for (const unsigned id : old)
+        if (id == UNSET_ID) return false;
+    for (std::size_t i = 0; i < STAYING; ++i) column[i] = old[STAYING_ROWS[corner][i]];
+    for (std::size_t i = STAYING; i < ROWS; ++i) column[i] = UNSET_ID;
+    return true;
 }
 
 /// Converts all degenerated columns. `record(columns, count)` gets their indices, a few at a time.
@@ -104,10 +79,17 @@ void convert_columns(dense2D<unsigned>& connect, const Record& record)
     for (std::size_t j = 0; j < cols; j += GROUP) {
         const std::size_t count = std::min(GROUP, cols - j);
         unsigned* const columns = connect.column(j);
-        if (!have_equal_corners(columns, ld, count)) continue;
+        // A known count makes constants of the bits.
+        const equal_corners equal = count == GROUP ? find_equal_corners(columns, ld, GROUP)
+                                                   : find_equal_corners(columns, ld, count);
         unsigned converted[GROUP];
-        const std::size_t size = convert_group<ROWS>(columns, ld, count, j, converted);
-        record(converted, size);
+        std::size_t size = 0;
+        for (std::uint32_t left = equal.any; left != 0; left &= left - 1) {
+            const auto k = static_cast<unsigned>(__builtin_ctz(left));
+            converted[size] = static_cast<unsigned>(j + k);
+            size += convert_column<ROWS>(columns + k * ld, equal.first_corner(k));
+        }
+        if (size != 0) record(converted, size);
     }
 }
 

@@ -5,25 +5,8 @@
 
 #include <limits>
 
-using namespace vorel;
-using support::bits;
-using support::columns;
-using support::converted;
-using support::copy_of;
-using support::outcome;
-using support::square;
-using support::two_triangles;
+using namespace high_order_tests;
 using support::without_columns;
-using tessalo2d::convert_into_high_order;
-using tessalo2d::convert_into_quadratic;
-
-namespace {
-
-constexpr unsigned U = UNSET_ID;
-
-const dense2D<unsigned> NO_EDGES;
-
-} // namespace
 
 // ---------------------------------------------------------------------------------------- statuses
 

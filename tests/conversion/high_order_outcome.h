@@ -3,37 +3,46 @@
 
 #include "support/matrices.h"
 
-namespace support {
+namespace high_order_tests {
 
-inline vorel::dense2D<double> square()
+using namespace vorel;
+using support::bits;
+using support::columns;
+using support::copy_of;
+using tessalo2d::convert_into_high_order;
+using tessalo2d::convert_into_quadratic;
+
+constexpr unsigned U = UNSET_ID;
+
+inline const dense2D<unsigned> NO_EDGES;
+
+inline dense2D<double> square()
 {
     return {{0, 0}, {2, 0}, {2, 2}, {0, 2}};
 }
 
 /// Two triangles over the square, with the common edge 0-2.
-inline vorel::dense2D<unsigned> two_triangles()
+inline dense2D<unsigned> two_triangles()
 {
     return {{0, 1, 2}, {2, 3, 0}};
 }
 
 struct outcome {
     int status = 1;
-    vorel::dense2D<double> coords;
-    vorel::dense2D<unsigned> connect;
+    dense2D<double> coords;
+    dense2D<unsigned> connect;
 };
 
 /// The conversion of a copy, with a, b and c new nodes on an edge, in a quadrilateral and in a
 /// triangle.
-inline outcome converted(const vorel::dense2D<double>& coords,
-                         const vorel::dense2D<unsigned>& connect, unsigned a, unsigned b,
-                         unsigned c,
-                         const vorel::dense2D<unsigned>& edges = vorel::dense2D<unsigned>())
+inline outcome converted(const dense2D<double>& coords, const dense2D<unsigned>& connect,
+                         unsigned a, unsigned b, unsigned c,
+                         const dense2D<unsigned>& edges = NO_EDGES)
 {
     outcome to;
     to.coords = copy_of(coords);
-    to.status =
-        vorel::tessalo2d::convert_into_high_order(to.coords, connect, a, b, c, to.connect, edges);
+    to.status = convert_into_high_order(to.coords, connect, a, b, c, to.connect, edges);
     return to;
 }
 
-} // namespace support
+} // namespace high_order_tests

@@ -1,19 +1,6 @@
 #include "conversion/high_order_outcome.h"
 
-using namespace vorel;
-using support::bits;
-using support::columns;
-using support::converted;
-using support::outcome;
-using support::square;
-using support::two_triangles;
-using tessalo2d::convert_into_quadratic;
-
-namespace {
-
-constexpr unsigned U = UNSET_ID;
-
-} // namespace
+using namespace high_order_tests;
 
 // ------------------------------------------------------------------------------ numbers and places
 

@@ -357,3 +357,32 @@ TEST(SplitGated, RefusedStorageIsReportedAndLeavesTheResultAsItWas)
     EXPECT_GE(refusals, 3u);
     EXPECT_TRUE(lists_filled);
 }
+
+TEST(SplitGated, RefusedStorageForAnOutputInTheBlockOfTheInputIsReported)
+{
+    const ids held{{0, 1, 2, 3}, {0, 1, 2, U}};
+    for (int shared = 0; shared < 3; ++shared) {
+        const std::size_t refusals =
+            support::each_refused_allocation([&](auto armed, const std::string& told) {
+                dense2D<unsigned> m{{0, 1, 2, 3}, {0, 1, 2, U}};
+                dense2D<unsigned> result{{9, 9, 9, 9}};
+                if (shared == 0) result = m;
+                dense1D<unsigned, 8> kept, split;
+                if (shared == 1) kept = m.as_vector();
+                if (shared == 2) split = m.as_vector();
+                kept.clear();
+                split.clear();
+                const ids before = columns(result);
+                int status = 0;
+                const bool refused = armed(
+                    [&] { status = split_Q4_into_T3(DART, m, 0, 0, 0, 1, kept, split, result); });
+                EXPECT_EQ(status, refused ? -199 : 1) << told;
+                EXPECT_EQ(columns(m), held) << told;
+                if (refused) {
+                    EXPECT_EQ(columns(result), before) << told;
+                }
+            });
+        // The storage of the three outputs, and the copy of the one that shares.
+        EXPECT_GE(refusals, 4u) << "output " << shared;
+    }
+}

@@ -29,98 +29,69 @@ std::vector<std::vector<unsigned>> long_line(unsigned nodes, unsigned stride)
     return edges;
 }
 
+// An overloaded name can't be handed on, a call of it can.
+constexpr auto translate_Q4 = [](auto&... all) { return tessalo2d::extrude_translate_Q4(all...); };
+constexpr auto translate_T3 = [](auto&... all) { return tessalo2d::extrude_translate_T3(all...); };
+constexpr auto rotate_Q4 = [](auto&... all) { return tessalo2d::extrude_rotate_Q4(all...); };
+constexpr auto rotate_T3 = [](auto&... all) { return tessalo2d::extrude_rotate_T3(all...); };
+constexpr auto spiral_Q4 = [](auto&... all) { return tessalo2d::extrude_spiral_Q4(all...); };
+constexpr auto spiral_T3 = [](auto&... all) { return tessalo2d::extrude_spiral_T3(all...); };
+
+/// The fixed and the sized overload of one export. `path` names the arguments that only its motion
+/// takes.
+template <class Export, class... Path>
+void add_Q4(std::vector<overload>& all, const std::string& name, motion moves, int dimension,
+            Export call, Path arguments::*... path)
+{
+    all.push_back({name + " fixed", moves, dimension, 4, false,
+                   [=](coords_type& c, const connect_type& l, const arguments& a, connect_type& o) {
+                       return call(c, l, a.*path..., a.N, o);
+                   }});
+    all.push_back({name + " sized", moves, dimension, 4, true,
+                   [=](coords_type& c, const connect_type& l, const arguments& a, connect_type& o) {
+                       return call(c, l, a.*path..., a.h0, a.h1, a.force_even, o);
+                   }});
+}
+
+/// As above for an export that makes triangles, which takes a pattern too.
+template <class Export, class... Path>
+void add_T3(std::vector<overload>& all, const std::string& name, motion moves, int dimension,
+            Export call, Path arguments::*... path)
+{
+    all.push_back({name + " fixed", moves, dimension, 3, false,
+                   [=](coords_type& c, const connect_type& l, const arguments& a, connect_type& o) {
+                       return call(c, l, a.*path..., a.N, a.pattern, o);
+                   }});
+    all.push_back({name + " sized", moves, dimension, 3, true,
+                   [=](coords_type& c, const connect_type& l, const arguments& a, connect_type& o) {
+                       return call(c, l, a.*path..., a.h0, a.h1, a.pattern, a.force_even, o);
+                   }});
+}
+
+std::vector<overload> make_overloads()
+{
+    using A = arguments;
+    std::vector<overload> all;
+    add_Q4(all, "translate Q4 plane", motion::translate, 2, translate_Q4, &A::plane);
+    add_Q4(all, "translate Q4 space", motion::translate, 3, translate_Q4, &A::translation);
+    add_T3(all, "translate T3 plane", motion::translate, 2, translate_T3, &A::plane);
+    add_T3(all, "translate T3 space", motion::translate, 3, translate_T3, &A::translation);
+    add_Q4(all, "rotate Q4 plane", motion::rotate, 2, rotate_Q4, &A::plane_center, &A::angle);
+    add_Q4(all, "rotate Q4 space", motion::rotate, 3, rotate_Q4, &A::center, &A::rotation);
+    add_T3(all, "rotate T3 plane", motion::rotate, 2, rotate_T3, &A::plane_center, &A::angle);
+    add_T3(all, "rotate T3 space", motion::rotate, 3, rotate_T3, &A::center, &A::rotation);
+    add_Q4(all, "spiral Q4", motion::spiral, 3, spiral_Q4, &A::center, &A::rotation,
+           &A::translation);
+    add_T3(all, "spiral T3", motion::spiral, 3, spiral_T3, &A::center, &A::rotation,
+           &A::translation);
+    return all;
+}
+
 } // namespace
 
 const std::vector<overload>& overloads()
 {
-    using namespace tessalo2d;
-    static const std::vector<overload> all = {
-        {"translate Q4 plane fixed", motion::translate, 2, 4, false,
-         [](coords_type& c, const connect_type& l, const arguments& a, connect_type& o) {
-             return extrude_translate_Q4(c, l, a.plane, a.N, o);
-         }},
-        {"translate Q4 plane sized", motion::translate, 2, 4, true,
-         [](coords_type& c, const connect_type& l, const arguments& a, connect_type& o) {
-             return extrude_translate_Q4(c, l, a.plane, a.h0, a.h1, a.force_even, o);
-         }},
-        {"translate Q4 space fixed", motion::translate, 3, 4, false,
-         [](coords_type& c, const connect_type& l, const arguments& a, connect_type& o) {
-             return extrude_translate_Q4(c, l, a.translation, a.N, o);
-         }},
-        {"translate Q4 space sized", motion::translate, 3, 4, true,
-         [](coords_type& c, const connect_type& l, const arguments& a, connect_type& o) {
-             return extrude_translate_Q4(c, l, a.translation, a.h0, a.h1, a.force_even, o);
-         }},
-        {"translate T3 plane fixed", motion::translate, 2, 3, false,
-         [](coords_type& c, const connect_type& l, const arguments& a, connect_type& o) {
-             return extrude_translate_T3(c, l, a.plane, a.N, a.pattern, o);
-         }},
-        {"translate T3 plane sized", motion::translate, 2, 3, true,
-         [](coords_type& c, const connect_type& l, const arguments& a, connect_type& o) {
-             return extrude_translate_T3(c, l, a.plane, a.h0, a.h1, a.pattern, a.force_even, o);
-         }},
-        {"translate T3 space fixed", motion::translate, 3, 3, false,
-         [](coords_type& c, const connect_type& l, const arguments& a, connect_type& o) {
-             return extrude_translate_T3(c, l, a.translation, a.N, a.pattern, o);
-         }},
-        {"translate T3 space sized", motion::translate, 3, 3, true,
-         [](coords_type& c, const connect_type& l, const arguments& a, connect_type& o) {
-             return extrude_translate_T3(c, l, a.translation, a.h0, a.h1, a.pattern, a.force_even,
-                                         o);
-         }},
-        {"rotate Q4 plane fixed", motion::rotate, 2, 4, false,
-         [](coords_type& c, const connect_type& l, const arguments& a, connect_type& o) {
-             return extrude_rotate_Q4(c, l, a.plane_center, a.angle, a.N, o);
-         }},
-        {"rotate Q4 plane sized", motion::rotate, 2, 4, true,
-         [](coords_type& c, const connect_type& l, const arguments& a, connect_type& o) {
-             return extrude_rotate_Q4(c, l, a.plane_center, a.angle, a.h0, a.h1, a.force_even, o);
-         }},
-        {"rotate Q4 space fixed", motion::rotate, 3, 4, false,
-         [](coords_type& c, const connect_type& l, const arguments& a, connect_type& o) {
-             return extrude_rotate_Q4(c, l, a.center, a.rotation, a.N, o);
-         }},
-        {"rotate Q4 space sized", motion::rotate, 3, 4, true,
-         [](coords_type& c, const connect_type& l, const arguments& a, connect_type& o) {
-             return extrude_rotate_Q4(c, l, a.center, a.rotation, a.h0, a.h1, a.force_even, o);
-         }},
-        {"rotate T3 plane fixed", motion::rotate, 2, 3, false,
-         [](coords_type& c, const connect_type& l, const arguments& a, connect_type& o) {
-             return extrude_rotate_T3(c, l, a.plane_center, a.angle, a.N, a.pattern, o);
-         }},
-        {"rotate T3 plane sized", motion::rotate, 2, 3, true,
-         [](coords_type& c, const connect_type& l, const arguments& a, connect_type& o) {
-             return extrude_rotate_T3(c, l, a.plane_center, a.angle, a.h0, a.h1, a.pattern,
-                                      a.force_even, o);
-         }},
-        {"rotate T3 space fixed", motion::rotate, 3, 3, false,
-         [](coords_type& c, const connect_type& l, const arguments& a, connect_type& o) {
-             return extrude_rotate_T3(c, l, a.center, a.rotation, a.N, a.pattern, o);
-         }},
-        {"rotate T3 space sized", motion::rotate, 3, 3, true,
-         [](coords_type& c, const connect_type& l, const arguments& a, connect_type& o) {
-             return extrude_rotate_T3(c, l, a.center, a.rotation, a.h0, a.h1, a.pattern,
-                                      a.force_even, o);
-         }},
-        {"spiral Q4 fixed", motion::spiral, 3, 4, false,
-         [](coords_type& c, const connect_type& l, const arguments& a, connect_type& o) {
-             return extrude_spiral_Q4(c, l, a.center, a.rotation, a.translation, a.N, o);
-         }},
-        {"spiral Q4 sized", motion::spiral, 3, 4, true,
-         [](coords_type& c, const connect_type& l, const arguments& a, connect_type& o) {
-             return extrude_spiral_Q4(c, l, a.center, a.rotation, a.translation, a.h0, a.h1,
-                                      a.force_even, o);
-         }},
-        {"spiral T3 fixed", motion::spiral, 3, 3, false,
-         [](coords_type& c, const connect_type& l, const arguments& a, connect_type& o) {
-             return extrude_spiral_T3(c, l, a.center, a.rotation, a.translation, a.N, a.pattern, o);
-         }},
-        {"spiral T3 sized", motion::spiral, 3, 3, true,
-         [](coords_type& c, const connect_type& l, const arguments& a, connect_type& o) {
-             return extrude_spiral_T3(c, l, a.center, a.rotation, a.translation, a.h0, a.h1,
-                                      a.pattern, a.force_even, o);
-         }},
-    };
+    static const std::vector<overload> all = make_overloads();
     return all;
 }
 

@@ -4,6 +4,7 @@
 
 #include <vorel/tessalo2d.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -29,15 +30,16 @@ struct arguments {
 enum class motion { translate, rotate, spiral };
 
 struct overload {
-    const char* name;
+    std::string name;
     motion moves;
     /// 2 for the plane, 3 for space.
     int dimension;
     /// Rows of an element: 4 or 3.
     std::size_t rows;
     bool by_size;
-    int (*run)(dense2D<double>& coords, const dense2D<unsigned>& connect, const arguments& a,
-               dense2D<unsigned>& output);
+    std::function<int(dense2D<double>& coords, const dense2D<unsigned>& connect, const arguments& a,
+                      dense2D<unsigned>& output)>
+        run;
 };
 
 const std::vector<overload>& overloads();

@@ -212,6 +212,41 @@ TEST(AppendSelectedColumns, StepsByEachMatrixsOwnLd)
     to.expect_gaps_untouched();
 }
 
+TEST(AppendSelectedColumns, TakesAListThatTheNewColumnsOverwrite)
+{
+    const IDs source{{1, 2}, {3, 4}, {5, 6}};
+    // With room for the new columns over the list, and without.
+    for (const std::size_t room : {5u, 20u}) {
+        SCOPED_TRACE(room);
+        IDs target{{9, 8}};
+        run list = target.as_vector();
+        ASSERT_TRUE(list.reserve(room, 1));
+        for (const unsigned id : {2u, 0u, 2u}) list.append(id);
+        // The list lies behind the target's only column.
+        list.offset = 2;
+        list.size = 3;
+        ASSERT_TRUE(append_selected_columns(source, list, target));
+        EXPECT_EQ(columns(target), (plain{{9, 8}, {5, 6}, {1, 2}, {5, 6}}));
+    }
+}
+
+TEST(AppendSelectedColumns, RefusedCopyOfAListChangesNothing)
+{
+    const IDs source{{1, 2}, {3, 4}};
+    const std::size_t refusals =
+        support::each_refused_allocation([&](auto armed, const std::string& told) {
+            IDs target{{1, 1}};
+            const run list = target.as_vector();
+            bool done = false;
+            const bool refused =
+                armed([&] { done = append_selected_columns(source, list, target); });
+            EXPECT_TRUE(done || refused) << told;
+            EXPECT_EQ(columns(target), done ? (plain{{1, 1}, {3, 4}, {3, 4}}) : (plain{{1, 1}}))
+                << told;
+        });
+    EXPECT_GE(refusals, 2u);
+}
+
 TEST(AppendSelectedColumns, ShapesAsWithAllColumns)
 {
     const IDs source{{1, 2, 3}, {4, 5, 6}};

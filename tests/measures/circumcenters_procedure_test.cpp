@@ -1,7 +1,5 @@
 // Circumcenters against the procedure with its branches, and the places where these branch.
-#include "measures/circumcenters.h"
-
-#include "support/matrices.h"
+#include "measures/circle_through.h"
 
 #include <cfloat>
 #include <cmath>
@@ -12,27 +10,11 @@
 
 using namespace vorel;
 using namespace tessalo2d;
+using support::circle;
+using support::circle_through;
+using support::point;
 
 namespace {
-
-using point = std::vector<double>;
-
-struct circle {
-    point center;
-    double radius2;
-};
-
-circle circle_through(const std::vector<point>& corners)
-{
-    const dense2D<double> coords = support::matrix(corners);
-    const unsigned nodes[] = {0, 1, 2};
-    circle c{point(coords.rows), -1.0};
-    if (coords.rows == 2)
-        circumcenter_2d(coords, nodes, c.radius2, c.center.data());
-    else
-        circumcenter_3d(coords, nodes, c.radius2, c.center.data());
-    return c;
-}
 
 point minus(const point& a, const point& b)
 {

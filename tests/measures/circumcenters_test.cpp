@@ -1,5 +1,4 @@
-#include "measures/circumcenters.h"
-
+#include "measures/circle_through.h"
 #include "support/allocation.h"
 #include "support/matrices.h"
 #include "support/meshes.h"
@@ -11,30 +10,13 @@
 
 using namespace vorel;
 using namespace tessalo2d;
+using support::circle;
+using support::circle_through;
+using support::point;
 
 namespace {
 
 constexpr double NOT_A_NUMBER = std::numeric_limits<double>::quiet_NaN();
-using point = std::vector<double>;
-
-struct circle {
-    point center;
-    double radius2;
-};
-
-/// The circle through three points, by the function for one triangle.
-circle circle_through(const std::vector<point>& corners)
-{
-    const dense2D<double> coords = support::matrix(corners);
-    const unsigned nodes[] = {0, 1, 2};
-    circle c{point(coords.rows), -1.0};
-    if (coords.rows == 2)
-        circumcenter_2d(coords, nodes, c.radius2, c.center.data());
-    else
-        circumcenter_3d(coords, nodes, c.radius2, c.center.data());
-    return c;
-}
-
 long double distance(const point& a, const point& b)
 {
     long double sum = 0.0L;

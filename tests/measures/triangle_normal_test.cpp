@@ -28,7 +28,7 @@ TEST(TriangleNormal, IsZeroForCoincidentAndForAlignedCorners)
 {
     const vec3 a{{1, 2, 3}};
     expect_equal(triangle_normal(a, a, a), {{0, 0, 0}});
-    expect_equal(triangle_normal({{0, 0, 0}}, {{1, 1, 1}}, {{2, 2, 2}}), {{0, 0, 0}});
+    expect_equal(triangle_normal(vec3{{0, 0, 0}}, vec3{{1, 1, 1}}, vec3{{2, 2, 2}}), {{0, 0, 0}});
 }
 
 TEST(TriangleNormal, MultipliesTheSidesAtTheLastCornerUnlessTheThirdIsNoLonger)

@@ -48,7 +48,8 @@ template <std::size_t N>
 
 /// Appends the columns of `source` that `ids` lists, in that order. Shapes and failures as with
 /// `append_columns`; an empty list leaves a target that has columns as it is. Every listed number
-/// must be below the column count of `source`.
+/// must be below the column count of `source`. A list in the target's own block is copied first:
+/// the new columns may lie over it.
 [[nodiscard]] inline bool append_selected_columns(const dense2D<unsigned>& source,
                                                   const dense1D<unsigned, 8>& ids,
                                                   dense2D<unsigned>& target)
@@ -58,6 +59,10 @@ template <std::size_t N>
     const std::size_t r = m == 0 ? source.rows : std::max(source.rows, target.rows);
     if (m != 0 && n == 0) return true;
     if (source.rows < r) return false;
+    if (n != 0 && ids.block == target.block) {
+        dense1D<unsigned, 8> list;
+        return list.copy(ids) && append_selected_columns(source, list, target);
+    }
     if (n > std::numeric_limits<std::size_t>::max() - m) return false;
     if (n + m > target.column_capacity())
         // Room ahead is a convenience: the resize decides.

@@ -19,13 +19,8 @@ class node_table {
 public:
     [[nodiscard]] bool init(std::size_t nodes) { return ranks.resize(nodes, UNSET_ID); }
 
-    /// The rank of a node: the one that it has, or else `fresh`. Null when storage is refused.
-    const unsigned* find_or_insert(unsigned id, unsigned fresh)
-    {
-        unsigned& rank = ranks[id];
-        if (rank == UNSET_ID) rank = fresh;
-        return &rank;
-    }
+    /// Where the rank of a node stands, unset for a new one. Null when storage is refused.
+    unsigned* rank_of(unsigned id) { return &ranks[id]; }
 
 private:
     dense1D<unsigned, 8> ranks;
@@ -41,10 +36,10 @@ public:
         return true;
     }
 
-    const unsigned* find_or_insert(unsigned id, unsigned fresh)
+    unsigned* rank_of(unsigned id)
     {
         if (!map.prepare_insertion()) return nullptr;
-        const auto* const slot = map.find_or_insert({id, fresh});
+        auto* const slot = map.find_or_insert({id, UNSET_ID});
         // A map that can't grow hands back another node's slot.
         return slot->first.first == id ? &slot->first.second : nullptr;
     }
@@ -64,10 +59,15 @@ bool number_nodes(const dense2D<unsigned>& connect, unsigned first_id, Ranks& ra
     unsigned distinct = 0;
     for (std::size_t e = 0; e < edges; ++e, edge += ld)
         for (int end = 0; end < 2; ++end) {
-            const unsigned* const rank = ranks.find_or_insert(edge[end], distinct);
-            if (!rank) return false;
-            *copy++ = first_id + *rank;
-            if (*rank == distinct) source[distinct++] = edge[end];
+            unsigned* const slot = ranks.rank_of(edge[end]);
+            if (!slot) return false;
+            unsigned rank = *slot;
+            if (rank == UNSET_ID) {
+                rank = distinct++;
+                *slot = rank;
+                source[rank] = edge[end];
+            }
+            *copy++ = first_id + rank;
         }
     return map.sources.resize(distinct);
 }

@@ -1,138 +1,96 @@
 // Order conversion: T3 to T6 and mixed to Q9, against a copy of the outputs, and against one hash
 // table for all edges.
-#include "bench/conversion/meshes.h"
+#include "bench/conversion/require.h"
+#include "bench/support/meshes.h"
+#include "bench/support/roof.h"
 #include "foundation/chained_hash.h"
 
-#include <vorel/tessalo2d.h>
-
-#include <benchmark/benchmark.h>
-
-#include <algorithm>
-#include <cstdlib>
-#include <cstring>
 #include <malloc.h>
 #include <utility>
-#include <vector>
 
+using namespace bench_support;
 using namespace vorel;
 
 namespace {
 
-enum numbering { NATURAL, RANDOM };
-
-support::mesh mesh_for(const benchmark::State& state)
+mesh mesh_for(const benchmark::State& state, form kind, numbering order)
 {
-    return bench::triangles(static_cast<std::size_t>(state.range(0)), state.range(1) == RANDOM);
+    return grid(kind, static_cast<std::size_t>(state.range(0)), 2, order);
 }
 
-void count_items(benchmark::State& state, std::size_t elements)
+/// Outputs keep their storage from call to call, as with a caller that reserves. The roof copies
+/// them, into memory that was written before.
+void convert_into_high_order(benchmark::State& state, form kind, numbering order)
 {
-    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(elements));
-}
-
-void require(bool done)
-{
-    if (!done) std::abort();
-}
-
-/// The bytes that a conversion must write at least, copied from memory that was written before.
-void copy_of_outputs(benchmark::State& state, const support::mesh& m)
-{
-    dense2D<double> coords = m.coords;
-    dense2D<unsigned> result;
-    require(tessalo2d::convert_into_high_order(coords, m.connect, 1, 1, 0, result,
-                                               dense2D<unsigned>()) == 0);
-    std::vector<double> coords_copy(coords.size);
-    std::vector<unsigned> result_copy(result.size);
-    for (auto _ : state) {
-        std::memcpy(coords_copy.data(), coords.column(0), coords.size * sizeof(double));
-        std::memcpy(result_copy.data(), result.column(0), result.size * sizeof(unsigned));
-        benchmark::ClobberMemory();
-    }
-    count_items(state, m.connect.cols);
-}
-
-/// Outputs keep their storage from call to call, as with a caller that reserves.
-void convert(benchmark::State& state, const support::mesh& m)
-{
-    const std::size_t nodes = m.coords.cols;
+    const mesh m = mesh_for(state, kind, order);
     dense2D<double> coords = m.coords;
     dense2D<unsigned> result;
     const auto call = [&] {
-        coords.cols = nodes;
-        coords.size = nodes * coords.ld;
+        coords.cols = m.coords.cols;
+        coords.size = m.coords.cols * coords.ld;
         require(tessalo2d::convert_into_high_order(coords, m.connect, 1, 1, 0, result,
                                                    dense2D<unsigned>()) == 0);
         benchmark::ClobberMemory();
     };
     call();
+    const against_roof watch(state, m.connect.cols, memcpy_roof(bytes(coords) + bytes(result)));
     for (auto _ : state) call();
-    count_items(state, m.connect.cols);
 }
 
-void T3_to_T6_memcpy(benchmark::State& state)
+mesh copy_of(const mesh& m)
 {
-    copy_of_outputs(state, mesh_for(state));
-}
-
-void T3_to_T6(benchmark::State& state)
-{
-    convert(state, mesh_for(state));
-}
-
-support::mesh copy_of(const support::mesh& m)
-{
-    support::mesh copy;
+    mesh copy;
     require(copy.coords.copy(m.coords) && copy.connect.copy(m.connect));
     return copy;
 }
 
-/// Gives storage back to the system outside the measured time.
-void drop(support::mesh& m, benchmark::State& state)
+/// Gives the storage of a mesh back to the system.
+void drop(mesh& m)
 {
-    state.PauseTiming();
-    m = support::mesh();
+    m = mesh();
     (void)malloc_trim(0);
-    state.ResumeTiming();
 }
 
-/// The same copy into pages that were never touched, as an in-place conversion must grow into.
-void T3_to_T6_in_place_memcpy(benchmark::State& state)
+/// Seconds of a copy into pages that were never touched, as an in-place conversion must grow into.
+double fresh_copy_roof(const mesh& m)
 {
-    support::mesh m = mesh_for(state);
-    require(tessalo2d::convert_into_quadratic(m.coords, m.connect) == 0);
-    for (auto _ : state) {
-        support::mesh copy = copy_of(m);
+    double best = std::numeric_limits<double>::infinity();
+    for (int round = 0; round < 5; ++round) {
+        const double start = processor_seconds();
+        mesh copy = copy_of(m);
         benchmark::ClobberMemory();
-        drop(copy, state);
+        best = std::min(best, processor_seconds() - start);
+        drop(copy);
     }
-    count_items(state, m.connect.cols);
+    return best;
 }
 
-void T3_to_T6_in_place(benchmark::State& state)
+void convert_into_quadratic(benchmark::State& state, numbering order)
 {
-    const support::mesh m = mesh_for(state);
+    const mesh m = mesh_for(state, form::T3, order);
+    mesh copy = copy_of(m);
+    require(tessalo2d::convert_into_quadratic(copy.coords, copy.connect) == 0);
+    against_roof watch(state, m.connect.cols, fresh_copy_roof(copy));
     for (auto _ : state) {
-        state.PauseTiming();
-        support::mesh copy = copy_of(m);
-        state.ResumeTiming();
+        watch.leave_out([&] {
+            drop(copy);
+            copy = copy_of(m);
+        });
         require(tessalo2d::convert_into_quadratic(copy.coords, copy.connect) == 0);
         benchmark::ClobberMemory();
-        drop(copy, state);
     }
-    count_items(state, m.connect.cols);
 }
 
 /// The same with every edge in one hash table.
-void T3_to_T6_hash(benchmark::State& state)
+void one_hash_table(benchmark::State& state, numbering order)
 {
     using elfes::edge2;
-    const support::mesh m = mesh_for(state);
+    const mesh m = mesh_for(state, form::T3, order);
     const std::size_t nodes = m.coords.cols;
     const std::size_t elements = m.connect.cols;
     dense2D<double> coords = m.coords;
     dense2D<unsigned> result;
-    for (auto _ : state) {
+    const auto call = [&] {
         coords.cols = nodes;
         coords.size = nodes * coords.ld;
         result.clear();
@@ -160,38 +118,26 @@ void T3_to_T6_hash(benchmark::State& state)
                 coords(i, node) = coords(i, edge.a) + 0.5 * (coords(i, edge.b) - coords(i, edge.a));
         });
         benchmark::ClobberMemory();
-    }
-    count_items(state, elements);
+    };
+    call();
+    const against_roof watch(state, elements, memcpy_roof(bytes(coords) + bytes(result)));
+    for (auto _ : state) call();
 }
 
-support::mesh mixed_for(const benchmark::State& state)
-{
-    return bench::mixed(static_cast<std::size_t>(state.range(0)), state.range(1) == RANDOM);
-}
+constexpr auto NATURAL = numbering::natural;
+constexpr auto SHUFFLED = numbering::shuffled;
 
-void mixed_to_Q9_memcpy(benchmark::State& state)
-{
-    copy_of_outputs(state, mixed_for(state));
-}
-
-void mixed_to_Q9(benchmark::State& state)
-{
-    convert(state, mixed_for(state));
-}
-
-void sizes_and_numberings(benchmark::internal::Benchmark* b)
-{
-    b->ArgNames({"elements", "random"})->Unit(benchmark::kMillisecond);
-    for (const int elements : {10000, 100000, 1000000})
-        for (const int numbering : {NATURAL, RANDOM}) b->Args({elements, numbering});
-}
-
-BENCHMARK(T3_to_T6_memcpy)->Apply(sizes_and_numberings);
-BENCHMARK(T3_to_T6)->Apply(sizes_and_numberings);
-BENCHMARK(T3_to_T6_in_place_memcpy)->Apply(sizes_and_numberings);
-BENCHMARK(T3_to_T6_in_place)->Apply(sizes_and_numberings);
-BENCHMARK(T3_to_T6_hash)->Apply(sizes_and_numberings);
-BENCHMARK(mixed_to_Q9_memcpy)->Apply(sizes_and_numberings);
-BENCHMARK(mixed_to_Q9)->Apply(sizes_and_numberings);
+BENCHMARK_CAPTURE(convert_into_high_order, T3_to_T6_natural, form::T3, NATURAL)
+    ->Apply(element_counts);
+BENCHMARK_CAPTURE(convert_into_high_order, T3_to_T6_shuffled, form::T3, SHUFFLED)
+    ->Apply(element_counts);
+BENCHMARK_CAPTURE(convert_into_high_order, mixed_to_Q9_natural, form::mixed, NATURAL)
+    ->Apply(element_counts);
+BENCHMARK_CAPTURE(convert_into_high_order, mixed_to_Q9_shuffled, form::mixed, SHUFFLED)
+    ->Apply(element_counts);
+BENCHMARK_CAPTURE(convert_into_quadratic, natural, NATURAL)->Apply(element_counts);
+BENCHMARK_CAPTURE(convert_into_quadratic, shuffled, SHUFFLED)->Apply(element_counts);
+BENCHMARK_CAPTURE(one_hash_table, T3_to_T6_natural, NATURAL)->Apply(element_counts);
+BENCHMARK_CAPTURE(one_hash_table, T3_to_T6_shuffled, SHUFFLED)->Apply(element_counts);
 
 } // namespace

@@ -11,7 +11,7 @@ using namespace bench_support;
 
 namespace {
 
-void parametric(benchmark::State& state, numbering order)
+void parametric_curvatures(benchmark::State& state, numbering order)
 {
     const mesh m = grid(form::T3, static_cast<std::size_t>(state.range(0)), 2, order);
     vorel::dense2D<double> derivatives(6, m.coords.cols);
@@ -28,8 +28,8 @@ void parametric(benchmark::State& state, numbering order)
             vorel::tessalo2d::parametric_curvatures(m.coords, m.connect, derivatives, forms));
 }
 
-BENCHMARK_CAPTURE(parametric, natural, numbering::natural)->Apply(element_counts);
-BENCHMARK_CAPTURE(parametric, shuffled, numbering::shuffled)->Apply(element_counts);
+BENCHMARK_CAPTURE(parametric_curvatures, natural, numbering::natural)->Apply(element_counts);
+BENCHMARK_CAPTURE(parametric_curvatures, shuffled, numbering::shuffled)->Apply(element_counts);
 
 /// Seconds for `nodes` eigen-decompositions and `edges` arc tangents.
 double principal_roof(std::size_t nodes, std::size_t edges)
@@ -57,7 +57,7 @@ double principal_roof(std::size_t nodes, std::size_t edges)
 }
 
 /// Patches of a radius of three edge lengths. The items are nodes.
-void principal(benchmark::State& state, numbering order)
+void principal_curvatures(benchmark::State& state, numbering order)
 {
     const mesh m = grid(form::T3, static_cast<std::size_t>(state.range(0)), 3, order);
     const vorel::dense2D<unsigned> neighbors = neighbors_of(m.connect);
@@ -70,12 +70,12 @@ void principal(benchmark::State& state, numbering order)
             m.coords, m.connect, neighbors, 3.0, 1.5, 1000, no_ridges, curvatures));
 }
 
-BENCHMARK_CAPTURE(principal, natural, numbering::natural)->Apply(element_counts);
-BENCHMARK_CAPTURE(principal, shuffled, numbering::shuffled)->Apply(element_counts);
+BENCHMARK_CAPTURE(principal_curvatures, natural, numbering::natural)->Apply(element_counts);
+BENCHMARK_CAPTURE(principal_curvatures, shuffled, numbering::shuffled)->Apply(element_counts);
 
 /// A metric field from a surface, against one eigen-decomposition for each of the three
 /// intersections of a triangle.
-void metric_field(benchmark::State& state, numbering order)
+void metrics_gen_aniso3d(benchmark::State& state, numbering order)
 {
     const mesh m = grid(form::T3, static_cast<std::size_t>(state.range(0)), 3, order);
     const against_roof watch(state, m.connect.cols, principal_roof(3 * m.connect.cols, 0));
@@ -86,7 +86,7 @@ void metric_field(benchmark::State& state, numbering order)
     }
 }
 
-BENCHMARK_CAPTURE(metric_field, natural, numbering::natural)->Apply(element_counts);
-BENCHMARK_CAPTURE(metric_field, shuffled, numbering::shuffled)->Apply(element_counts);
+BENCHMARK_CAPTURE(metrics_gen_aniso3d, natural, numbering::natural)->Apply(element_counts);
+BENCHMARK_CAPTURE(metrics_gen_aniso3d, shuffled, numbering::shuffled)->Apply(element_counts);
 
 } // namespace

@@ -12,7 +12,7 @@ unsigned nodes_of(const mesh& m)
     return static_cast<unsigned>(m.coords.cols);
 }
 
-void typed(benchmark::State& state, form kind, vorel::element_type type, std::size_t gap)
+void check_IDs_typed(benchmark::State& state, form kind, vorel::element_type type, std::size_t gap)
 {
     mesh m = grid(kind, static_cast<std::size_t>(state.range(0)));
     if (gap > 0) {
@@ -28,14 +28,14 @@ void typed(benchmark::State& state, form kind, vorel::element_type type, std::si
     for (auto _ : state) benchmark::DoNotOptimize(check_IDs(m.connect, type, nodes_of(m)));
 }
 
-void untyped(benchmark::State& state)
+void check_IDs_untyped(benchmark::State& state)
 {
     const mesh m = grid(form::mixed, static_cast<std::size_t>(state.range(0)));
     const against_roof watch(state, m.connect.cols, memcpy_roof(bytes(m.connect)));
     for (auto _ : state) benchmark::DoNotOptimize(check_IDs(m.connect, nodes_of(m)));
 }
 
-void run_of_IDs(benchmark::State& state)
+void check_IDs_run(benchmark::State& state)
 {
     const mesh m = grid(form::T3, static_cast<std::size_t>(state.range(0)));
     vorel::dense1D<unsigned> ids = m.connect.as_vector();
@@ -44,12 +44,13 @@ void run_of_IDs(benchmark::State& state)
     for (auto _ : state) benchmark::DoNotOptimize(check_IDs(ids, nodes_of(m)));
 }
 
-BENCHMARK_CAPTURE(typed, T3, form::T3, vorel::ELEMENT_T3, 0)->Apply(element_counts);
-BENCHMARK_CAPTURE(typed, T3_ld_6, form::T3, vorel::ELEMENT_T3, 3)->Apply(element_counts);
-BENCHMARK_CAPTURE(typed, mixed, form::mixed, vorel::ELEMENT_ANY_FACE, 0)->Apply(element_counts);
-BENCHMARK_CAPTURE(typed, mixed_ld_9, form::mixed, vorel::ELEMENT_ANY_FACE, 5)
+BENCHMARK_CAPTURE(check_IDs_typed, T3, form::T3, vorel::ELEMENT_T3, 0)->Apply(element_counts);
+BENCHMARK_CAPTURE(check_IDs_typed, T3_ld_6, form::T3, vorel::ELEMENT_T3, 3)->Apply(element_counts);
+BENCHMARK_CAPTURE(check_IDs_typed, mixed, form::mixed, vorel::ELEMENT_ANY_FACE, 0)
     ->Apply(element_counts);
-BENCHMARK(untyped)->Apply(element_counts);
-BENCHMARK(run_of_IDs)->Apply(element_counts);
+BENCHMARK_CAPTURE(check_IDs_typed, mixed_ld_9, form::mixed, vorel::ELEMENT_ANY_FACE, 5)
+    ->Apply(element_counts);
+BENCHMARK(check_IDs_untyped)->Apply(element_counts);
+BENCHMARK(check_IDs_run)->Apply(element_counts);
 
 } // namespace

@@ -109,7 +109,8 @@ background_locator<F> locator_of(const background& b)
     return {b.coords, b.connect, b.neighbors, b.node_element};
 }
 
-void whole(benchmark::State& state, form kind, element_type type, numbering number, order place)
+void interpolate_field(benchmark::State& state, form kind, element_type type, numbering number,
+                       order place)
 {
     background b = make(kind, static_cast<std::size_t>(state.range(0)), number, place);
     const against_roof watch(state, b.targets.size, latency_roof(b.bytes(), b.targets.size));
@@ -132,7 +133,7 @@ dense2D<double> anisotropy(const background& b, std::size_t rows)
     return m;
 }
 
-void metrics(benchmark::State& state, std::size_t rows)
+void interpolate_anisotropy(benchmark::State& state, std::size_t rows)
 {
     const background b =
         make(form::T3, static_cast<std::size_t>(state.range(0)), numbering::natural, order::random);
@@ -147,7 +148,7 @@ void metrics(benchmark::State& state, std::size_t rows)
                                             b.targets, false, ELEMENT_T3));
 }
 
-void build(benchmark::State& state, numbering number)
+void locator_build(benchmark::State& state, numbering number)
 {
     const background b =
         make(form::T3, static_cast<std::size_t>(state.range(0)), number, order::line);
@@ -158,7 +159,7 @@ void build(benchmark::State& state, numbering number)
     }
 }
 
-void start(benchmark::State& state, numbering number, order place)
+void locator_start(benchmark::State& state, numbering number, order place)
 {
     const background b = make(form::T3, static_cast<std::size_t>(state.range(0)), number, place);
     auto locator = locator_of<mesh_form::T3>(b);
@@ -170,7 +171,7 @@ void start(benchmark::State& state, numbering number, order place)
                 locator.nodes().approximate_node(load<2>(b.coords.column(node)), b.node_element));
 }
 
-void walk(benchmark::State& state, numbering number, order place)
+void locator_walk(benchmark::State& state, numbering number, order place)
 {
     const background b = make(form::T3, static_cast<std::size_t>(state.range(0)), number, place);
     auto locator = locator_of<mesh_form::T3>(b);
@@ -201,32 +202,37 @@ void walk(benchmark::State& state, numbering number, order place)
 constexpr auto NATURAL = numbering::natural;
 constexpr auto SHUFFLED = numbering::shuffled;
 
-BENCHMARK_CAPTURE(metrics, sizes_random_natural, 1)->Apply(element_counts);
-BENCHMARK_CAPTURE(metrics, plane_random_natural, 3)->Apply(element_counts);
-BENCHMARK_CAPTURE(metrics, space_random_natural, 6)->Apply(element_counts);
-BENCHMARK_CAPTURE(build, natural, NATURAL)->Apply(element_counts);
-BENCHMARK_CAPTURE(build, shuffled, SHUFFLED)->Apply(element_counts);
-BENCHMARK_CAPTURE(start, random_natural, NATURAL, order::random)->Apply(element_counts);
-BENCHMARK_CAPTURE(start, spatial_natural, NATURAL, order::spatial)->Apply(element_counts);
-BENCHMARK_CAPTURE(start, line_natural, NATURAL, order::line)->Apply(element_counts);
-BENCHMARK_CAPTURE(start, random_shuffled, SHUFFLED, order::random)->Apply(element_counts);
-BENCHMARK_CAPTURE(walk, random_natural, NATURAL, order::random)->Apply(element_counts);
-BENCHMARK_CAPTURE(walk, spatial_natural, NATURAL, order::spatial)->Apply(element_counts);
-BENCHMARK_CAPTURE(walk, line_natural, NATURAL, order::line)->Apply(element_counts);
-BENCHMARK_CAPTURE(walk, random_shuffled, SHUFFLED, order::random)->Apply(element_counts);
-BENCHMARK_CAPTURE(whole, T3_random_natural, form::T3, ELEMENT_T3, NATURAL, order::random)
+BENCHMARK_CAPTURE(interpolate_anisotropy, sizes_random_natural, 1)->Apply(element_counts);
+BENCHMARK_CAPTURE(interpolate_anisotropy, plane_random_natural, 3)->Apply(element_counts);
+BENCHMARK_CAPTURE(interpolate_anisotropy, space_random_natural, 6)->Apply(element_counts);
+BENCHMARK_CAPTURE(locator_build, natural, NATURAL)->Apply(element_counts);
+BENCHMARK_CAPTURE(locator_build, shuffled, SHUFFLED)->Apply(element_counts);
+BENCHMARK_CAPTURE(locator_start, random_natural, NATURAL, order::random)->Apply(element_counts);
+BENCHMARK_CAPTURE(locator_start, spatial_natural, NATURAL, order::spatial)->Apply(element_counts);
+BENCHMARK_CAPTURE(locator_start, line_natural, NATURAL, order::line)->Apply(element_counts);
+BENCHMARK_CAPTURE(locator_start, random_shuffled, SHUFFLED, order::random)->Apply(element_counts);
+BENCHMARK_CAPTURE(locator_walk, random_natural, NATURAL, order::random)->Apply(element_counts);
+BENCHMARK_CAPTURE(locator_walk, spatial_natural, NATURAL, order::spatial)->Apply(element_counts);
+BENCHMARK_CAPTURE(locator_walk, line_natural, NATURAL, order::line)->Apply(element_counts);
+BENCHMARK_CAPTURE(locator_walk, random_shuffled, SHUFFLED, order::random)->Apply(element_counts);
+BENCHMARK_CAPTURE(interpolate_field, T3_random_natural, form::T3, ELEMENT_T3, NATURAL,
+                  order::random)
     ->Apply(element_counts);
-BENCHMARK_CAPTURE(whole, T3_spatial_natural, form::T3, ELEMENT_T3, NATURAL, order::spatial)
+BENCHMARK_CAPTURE(interpolate_field, T3_spatial_natural, form::T3, ELEMENT_T3, NATURAL,
+                  order::spatial)
     ->Apply(element_counts);
-BENCHMARK_CAPTURE(whole, T3_line_natural, form::T3, ELEMENT_T3, NATURAL, order::line)
+BENCHMARK_CAPTURE(interpolate_field, T3_line_natural, form::T3, ELEMENT_T3, NATURAL, order::line)
     ->Apply(element_counts);
-BENCHMARK_CAPTURE(whole, T3_random_shuffled, form::T3, ELEMENT_T3, SHUFFLED, order::random)
+BENCHMARK_CAPTURE(interpolate_field, T3_random_shuffled, form::T3, ELEMENT_T3, SHUFFLED,
+                  order::random)
     ->Apply(element_counts);
-BENCHMARK_CAPTURE(whole, T3_spatial_shuffled, form::T3, ELEMENT_T3, SHUFFLED, order::spatial)
+BENCHMARK_CAPTURE(interpolate_field, T3_spatial_shuffled, form::T3, ELEMENT_T3, SHUFFLED,
+                  order::spatial)
     ->Apply(element_counts);
-BENCHMARK_CAPTURE(whole, Q4_random_natural, form::Q4, ELEMENT_Q4, NATURAL, order::random)
+BENCHMARK_CAPTURE(interpolate_field, Q4_random_natural, form::Q4, ELEMENT_Q4, NATURAL,
+                  order::random)
     ->Apply(element_counts);
-BENCHMARK_CAPTURE(whole, mixed_random_natural, form::mixed, ELEMENT_ANY_FACE, NATURAL,
+BENCHMARK_CAPTURE(interpolate_field, mixed_random_natural, form::mixed, ELEMENT_ANY_FACE, NATURAL,
                   order::random)
     ->Apply(element_counts);
 

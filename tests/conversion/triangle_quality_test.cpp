@@ -66,6 +66,16 @@ TEST(TriangleQuality, NeverLeavesItsRange)
             }
 }
 
+TEST(TriangleQuality, IsCutToItsRangeWhateverTheAreaOfTheSides)
+{
+    EXPECT_EQ(quality_of_sides(1.0, 1.0, 1.0, 1.0), 1.0);
+    EXPECT_EQ(quality_of_sides(INF, 1.0, 1.0, 1.0), 1.0);
+    EXPECT_EQ(quality_of_sides(-1.0, 1.0, 1.0, 1.0), -1.0);
+    EXPECT_EQ(quality_of_sides(-INF, 1.0, 1.0, 1.0), -1.0);
+    EXPECT_EQ(quality_of_sides(NOT_A_NUMBER, 1.0, 1.0, 1.0), -1.0);
+    EXPECT_EQ(quality_of_sides(1.0, NOT_A_NUMBER, 1.0, 1.0), 0.0);
+}
+
 TEST(TriangleQuality, TakesTheShorterSidesWhereTheLongestWouldLoseTheArea)
 {
     // The height 1e-17 of this needle is lost in the side that carries it over a distance of 1.

@@ -4,7 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <fstream>
 #include <limits>
+#if defined(__linux__) && !defined(__SANITIZE_ADDRESS__)
+#include <sys/resource.h>
+#include <unistd.h>
+#endif
 
 using namespace vorel;
 
@@ -28,6 +33,29 @@ TEST(DefaultAllocator, RefusesWhatDoesNotFit)
     for (const std::size_t bytes : {LARGEST, LARGEST - 1, LARGEST - (1u << 21), LARGEST / 2})
         EXPECT_EQ(__vector_num_alloc(bytes), nullptr) << bytes;
 }
+
+#if defined(__linux__) && !defined(__SANITIZE_ADDRESS__)
+
+TEST(DefaultAllocator, ServesALargeBlockWhereAddressSpaceIsTooShortForItsAlignment)
+{
+    std::size_t pages = 0;
+    ASSERT_TRUE(std::ifstream("/proc/self/statm") >> pages);
+    const std::size_t used = pages * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    // Enough for the block, but not for the part of a large page that aligning it may take.
+    constexpr std::size_t BLOCK = 512u << 20;
+    rlimit before{};
+    ASSERT_EQ(getrlimit(RLIMIT_AS, &before), 0);
+    rlimit tight = before;
+    tight.rlim_cur = used + BLOCK + (1u << 20);
+    ASSERT_EQ(setrlimit(RLIMIT_AS, &tight), 0);
+    void* const memory = __vector_num_alloc(BLOCK);
+    ASSERT_EQ(setrlimit(RLIMIT_AS, &before), 0);
+    ASSERT_NE(memory, nullptr);
+    static_cast<char*>(memory)[BLOCK - 1] = 1;
+    __vector_num_free(memory);
+}
+
+#endif
 
 TEST(DefaultAllocator, CarriesAGrowingRun)
 {

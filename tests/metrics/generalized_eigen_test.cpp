@@ -124,6 +124,22 @@ TEST(GeneralizedEigen2, WithoutNormalisingVectorsKeepTheLengthOfTheirMap)
     EXPECT_EQ(v[3], 1.0);
 }
 
+TEST(GeneralizedEigen2, VectorsWhoseSquaredLengthUnderflowsStayAsTheyAre)
+{
+    // Entries of about 1e-180, whose squares are 0: nothing to divide by.
+    const metric2 m1 = {{1e-60, 0.0, 1e-60}};
+    const metric2 m2 = {{1.0, 0.5, 2.0}};
+    double l[2];
+    double scaled[4];
+    double plain[4];
+    ASSERT_TRUE(generalized_eigen2(m1, m2, l, scaled, true));
+    ASSERT_TRUE(generalized_eigen2(m1, m2, l, plain, false));
+    for (int k = 0; k < 4; ++k) {
+        EXPECT_NE(plain[k], 0.0);
+        EXPECT_EQ(scaled[k], plain[k]);
+    }
+}
+
 TEST(GeneralizedEigen3, OfDiagonalMatricesIsTheRatio)
 {
     double l[3];

@@ -66,6 +66,39 @@ TEST(JacobiEigen3, OfADiagonalMatrixIsExact)
         for (int k = 0; k < 3; ++k) EXPECT_EQ(d.vectors[i][k], i == k ? 1.0 : 0.0);
 }
 
+TEST(JacobiEigen3, TurnsNothingForAnEntryBelowTheRoundingErrorOfTheLargest)
+{
+    // 2^-53 of an entry is what rounding it may cost; a quarter of that is left alone.
+    const double largest = 4.0;
+    const double below = largest * std::ldexp(1.0, -56);
+    for (const double sign : {1.0, -1.0}) {
+        const decomposition d = decompose({{1.0, sign * below, 2.0, below, 0.0, sign * largest}});
+        EXPECT_EQ(d.values[0], 1.0);
+        EXPECT_EQ(d.values[1], 2.0);
+        EXPECT_EQ(d.values[2], sign * largest);
+        for (int i = 0; i < 3; ++i)
+            for (int k = 0; k < 3; ++k) EXPECT_EQ(d.vectors[i][k], i == k ? 1.0 : 0.0);
+    }
+}
+
+TEST(JacobiEigen3, KeepsTheOrderOfTheTwoValuesThatARotationParts)
+{
+    // A rotation by at most an eighth turn leaves the larger value where the larger entry was; the
+    // eigenvalues of {{1, b}, {b, d}} are the roots of a quadratic equation.
+    for (const double d : {1.0, 1.5, 2.0, 3.0, 6.0})
+        for (const double b : {1.0, -1.0, 3.0}) {
+            const decomposition found = decompose({{1.0, b, d, 0.0, 0.0, 20.0}});
+            const double root = std::sqrt((d - 1.0) * (d - 1.0) + 4.0 * b * b);
+            const bool tie_falls = d == 1.0 && b < 0.0;
+            const double low = (1.0 + d - root) / 2.0;
+            const double high = (1.0 + d + root) / 2.0;
+            EXPECT_NEAR(found.values[0], tie_falls ? high : low, 1e-14) << d << ' ' << b;
+            EXPECT_NEAR(found.values[1], tie_falls ? low : high, 1e-14) << d << ' ' << b;
+            EXPECT_EQ(found.values[2], 20.0);
+            EXPECT_GE(found.vectors[0][0], std::sqrt(0.5) - 1e-15) << d << ' ' << b;
+        }
+}
+
 TEST(JacobiEigen3, TurnsANegatedMatrixByTheSameRotations)
 {
     for (unsigned seed = 1; seed <= 500; ++seed) {

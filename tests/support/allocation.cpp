@@ -15,58 +15,76 @@ constexpr std::size_t NEVER = std::numeric_limits<std::size_t>::max();
 /// Larger requests are refused always, as a machine without that much memory would.
 constexpr std::size_t LARGEST_REQUEST = std::size_t(1) << 34;
 
-struct {
-    std::size_t served = 0;
-    std::size_t live = 0;
-    std::size_t until_refusal = NEVER;
-    bool for_good = false;
-    bool fired = false;
-} state;
-
-bool refuse()
-{
-    if (state.until_refusal == NEVER) return false;
-    if (state.until_refusal > 0) {
-        --state.until_refusal;
-        return false;
-    }
-    if (!state.for_good) state.until_refusal = NEVER;
-    state.fired = true;
-    return true;
-}
+request_gate raw;
+std::size_t largest_request = LARGEST_REQUEST;
 
 } // namespace
 
-failing_allocation::failing_allocation(std::size_t k, failure kind)
+bool request_gate::refuse()
 {
-    state.until_refusal = k;
-    state.for_good = kind == failure::for_good;
-    state.fired = false;
+    if (until_refusal == NEVER) return false;
+    if (until_refusal > 0) {
+        --until_refusal;
+        return false;
+    }
+    if (!for_good) until_refusal = NEVER;
+    fired = true;
+    return true;
+}
+
+request_gate& raw_requests()
+{
+    return raw;
+}
+
+failing_allocation::failing_allocation(std::size_t k, failure kind, request_gate& gate)
+    : armed(gate)
+{
+    armed.until_refusal = k;
+    armed.for_good = kind == failure::for_good;
+    armed.fired = false;
 }
 
 failing_allocation::~failing_allocation()
 {
-    state.until_refusal = NEVER;
+    armed.until_refusal = NEVER;
 }
 
 bool failing_allocation::fired() const
 {
-    return state.fired;
+    return armed.fired;
+}
+
+limited_memory::limited_memory(std::size_t bytes)
+{
+    largest_request = bytes;
+    raw.fired = false;
+}
+
+limited_memory::~limited_memory()
+{
+    largest_request = LARGEST_REQUEST;
+}
+
+bool limited_memory::fired() const
+{
+    return raw.fired;
 }
 
 std::size_t allocations()
 {
-    return state.served;
+    return raw.served;
 }
 
 std::size_t live_allocations()
 {
-    return state.live;
+    return raw.live;
 }
 
 std::size_t each_refused_allocation(
     const std::function<void(const std::function<bool(const std::function<void()>&)>& armed,
-                             const std::string& told)>& attempt)
+                             const std::string& told)>& attempt,
+    request_gate& gate)
 {
     constexpr std::size_t MOST = 100000;
     std::size_t refusals = 0;
@@ -76,16 +94,16 @@ std::size_t each_refused_allocation(
             const std::string told = "request " + std::to_string(k) + " refused " +
                                      (kind == failure::once ? "once" : "for good");
             struck = false;
-            const std::size_t live_before = live_allocations();
+            const std::size_t live_before = gate.live;
             attempt(
                 [&](const std::function<void()>& call) {
-                    failing_allocation armed(k, kind);
+                    failing_allocation armed(k, kind, gate);
                     call();
                     struck = struck || armed.fired();
                     return armed.fired();
                 },
                 told);
-            EXPECT_EQ(live_allocations(), live_before) << "storage leaked: " << told;
+            EXPECT_EQ(gate.live, live_before) << "storage leaked: " << told;
             if (struck) ++refusals;
         }
         EXPECT_FALSE(struck) << "never served";
@@ -99,11 +117,15 @@ namespace vorel {
 
 void* __vector_num_alloc(std::size_t bytes) noexcept
 {
-    if (bytes > support::LARGEST_REQUEST || support::refuse()) return nullptr;
+    if (bytes > support::largest_request) {
+        support::raw.fired = true;
+        return nullptr;
+    }
+    if (support::raw.refuse()) return nullptr;
     void* const memory = std::malloc(bytes);
     if (memory) {
-        ++support::state.served;
-        ++support::state.live;
+        ++support::raw.served;
+        ++support::raw.live;
     }
     return memory;
 }
@@ -111,7 +133,7 @@ void* __vector_num_alloc(std::size_t bytes) noexcept
 void __vector_num_free(void* memory) noexcept
 {
     EXPECT_NE(memory, nullptr);
-    --support::state.live;
+    --support::raw.live;
     std::free(memory);
 }
 

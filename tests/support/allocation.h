@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <limits>
 #include <string>
 
 namespace support {
@@ -13,14 +14,48 @@ enum class failure {
     for_good ///< the k-th request and all later ones are refused
 };
 
-/// Arms the allocator for the lifetime of the object: request number `k` from now on, counted from
+/// What an allocator asks before it serves, and tells what it has served.
+struct request_gate {
+    std::size_t served = 0;
+    /// Blocks that were served and not freed.
+    std::size_t live = 0;
+    /// Requests still to be served before one is refused.
+    std::size_t until_refusal = std::numeric_limits<std::size_t>::max();
+    bool for_good = false;
+    /// A request was refused since the gate was armed.
+    bool fired = false;
+
+    /// Counts a request; true if it is the one to refuse.
+    bool refuse();
+};
+
+/// The gate of the raw allocator pair.
+request_gate& raw_requests();
+
+/// Arms an allocator for the lifetime of the object: request number `k` from now on, counted from
 /// 0, is refused. Not nestable.
 class failing_allocation {
 public:
-    explicit failing_allocation(std::size_t k, failure kind = failure::once);
+    explicit failing_allocation(std::size_t k, failure kind = failure::once,
+                                request_gate& gate = raw_requests());
     ~failing_allocation();
     failing_allocation(const failing_allocation&) = delete;
     failing_allocation& operator=(const failing_allocation&) = delete;
+
+    /// True when a request was refused.
+    bool fired() const;
+
+private:
+    request_gate& armed;
+};
+
+/// For the lifetime of the object raw requests above `bytes` are refused, as by a smaller machine.
+class limited_memory {
+public:
+    explicit limited_memory(std::size_t bytes);
+    ~limited_memory();
+    limited_memory(const limited_memory&) = delete;
+    limited_memory& operator=(const limited_memory&) = delete;
 
     /// True when a request was refused.
     bool fired() const;
@@ -47,6 +82,7 @@ std::size_t live_allocations();
 /// Checks after each attempt that nothing leaked. Returns the number of refusals that struck.
 std::size_t each_refused_allocation(
     const std::function<void(const std::function<bool(const std::function<void()>&)>& armed,
-                             const std::string& told)>& attempt);
+                             const std::string& told)>& attempt,
+    request_gate& gate = raw_requests());
 
 } // namespace support

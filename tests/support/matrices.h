@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <vector>
@@ -92,13 +93,14 @@ public:
     vorel::dense2D<T> view;
 
     /// Expects the pattern before the first entry and between the original columns (not behind the
-    /// last one, where columns are appended). For a view that was not widened.
-    void expect_gaps_untouched() const
+    /// last one, where columns are appended). For a view that was not spread; `rows_used` is what
+    /// the call may have used of each column, where that is more than the original rows.
+    void expect_gaps_untouched(std::size_t rows_used = 0) const
     {
         const T* const data = view.block->data;
         for (std::size_t k = 0; k < placed_offset; ++k) EXPECT_TRUE(is_pattern(data[k], k)) << k;
         for (std::size_t j = 0; j + 1 < placed_cols; ++j)
-            for (std::size_t i = placed_rows; i < placed_ld; ++i) {
+            for (std::size_t i = std::max(placed_rows, rows_used); i < placed_ld; ++i) {
                 const std::size_t k = placed_offset + j * placed_ld + i;
                 EXPECT_TRUE(is_pattern(data[k], k)) << "row " << i << " column " << j;
             }

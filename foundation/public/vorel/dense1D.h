@@ -15,7 +15,9 @@ namespace vorel {
 template <class T, unsigned Family = 8>
 class dense1D {
 public:
+    /// The storage that views share.
     using block_type = vector_num<T, Family>;
+    /// What an entry is.
     using value_type = T;
 
     /// An empty view with an empty block of its own. Throws `std::bad_alloc` when that block can't
@@ -34,7 +36,9 @@ public:
         if (resize(values.size())) std::copy(values.begin(), values.end(), begin());
     }
 
+    /// Another view on the same block.
     dense1D(const dense1D&) = default;
+    /// As above, in place of what this was.
     dense1D& operator=(const dense1D&) = default;
     ~dense1D() = default;
 
@@ -61,6 +65,7 @@ public:
         return wrap(const_cast<T*>(memory), n);
     }
 
+    /// The two change places.
     void swap(dense1D& other) noexcept
     {
         std::swap(block, other.block);
@@ -122,12 +127,18 @@ public:
     /// Forgets the contents and keeps the storage.
     void clear() noexcept { size = 0; }
 
+    /// Element i.
     T& operator[](std::size_t i) { return block->data[offset + i]; }
+    /// Element i.
     const T& operator[](std::size_t i) const { return block->data[offset + i]; }
 
+    /// The first element.
     T* begin() { return block->data + offset; }
+    /// Behind the last element.
     T* end() { return begin() + size; }
+    /// The first element.
     const T* begin() const { return block->data + offset; }
+    /// Behind the last element.
     const T* end() const { return begin() + size; }
 
     /// The storage; never null.

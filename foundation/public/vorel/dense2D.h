@@ -11,7 +11,9 @@ namespace vorel {
 template <class T>
 class dense2D {
 public:
+    /// The storage that views share.
     using block_type = vector_num<T, 8>;
+    /// What an entry is.
     using value_type = T;
 
     /// An empty matrix with an empty block of its own. Throws `std::bad_alloc` when that block
@@ -41,7 +43,9 @@ public:
         }
     }
 
+    /// Another view on the same block.
     dense2D(const dense2D&) = default;
+    /// As above, in place of what this was.
     dense2D& operator=(const dense2D&) = default;
     ~dense2D() = default;
 
@@ -67,6 +71,7 @@ public:
         view.ld = ld_;
         return view;
     }
+    /// As above with columns one after the other.
     static dense2D wrap(T* memory, std::size_t rows_, std::size_t cols_)
     {
         return wrap(memory, rows_, cols_, rows_);
@@ -78,11 +83,13 @@ public:
     {
         return wrap(const_cast<T*>(memory), rows_, cols_, ld_);
     }
+    /// As above with columns one after the other.
     static const dense2D wrap(const T* memory, std::size_t rows_, std::size_t cols_)
     {
         return wrap(memory, rows_, cols_, rows_);
     }
 
+    /// The two change places.
     void swap(dense2D& other) noexcept
     {
         std::swap(block, other.block);
@@ -194,7 +201,9 @@ public:
         return ld == 0 ? room : room / ld;
     }
 
+    /// Entry in row i of column j.
     T& operator()(std::size_t i, std::size_t j) { return block->data[offset + j * ld + i]; }
+    /// Entry in row i of column j.
     const T& operator()(std::size_t i, std::size_t j) const
     {
         return block->data[offset + j * ld + i];
@@ -202,6 +211,7 @@ public:
 
     /// First entry of column j.
     T* column(std::size_t j) { return block->data + offset + j * ld; }
+    /// First entry of column j.
     const T* column(std::size_t j) const { return block->data + offset + j * ld; }
 
     /// The storage; never null.
@@ -210,7 +220,9 @@ public:
     std::size_t size = 0;
     /// Index of the first entry in the block.
     std::size_t offset = 0;
+    /// Number of entries in a column.
     std::size_t rows = 0;
+    /// Number of columns.
     std::size_t cols = 0;
     /// Leading dimension: distance in elements between the starts of neighbouring columns.
     std::size_t ld = 0;

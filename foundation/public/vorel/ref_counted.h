@@ -36,9 +36,13 @@ private:
 template <class X>
 class Ptr {
 public:
+    /// Null.
     Ptr() noexcept = default;
+    /// One more holder of the object.
     Ptr(X* object) noexcept : pointer(object) { take(object); }
+    /// One more holder of the same object.
     Ptr(const Ptr& other) noexcept : pointer(other.pointer) { take(other.pointer); }
+    /// Takes the object over; the source is null then.
     Ptr(Ptr&& other) noexcept : pointer(other.pointer) { other.pointer = nullptr; }
     ~Ptr() { let_go(pointer); }
 
@@ -52,7 +56,9 @@ public:
         let_go(old);
         return *this;
     }
+    /// As above.
     Ptr& operator=(const Ptr& other) noexcept { return *this = other.pointer; }
+    /// Takes the object over; the source is null then.
     Ptr& operator=(Ptr&& other) noexcept
     {
         X* const taken = other.pointer;
@@ -63,9 +69,13 @@ public:
         return *this;
     }
 
+    /// The object, or null.
     X* get() const noexcept { return pointer; }
+    /// A member of the object.
     X* operator->() const noexcept { return pointer; }
+    /// The object.
     X& operator*() const noexcept { return *pointer; }
+    /// Whether there is an object.
     explicit operator bool() const noexcept { return pointer != nullptr; }
 
     friend bool operator==(const Ptr& a, const Ptr& b) noexcept { return a.pointer == b.pointer; }

@@ -1,0 +1,191 @@
+// Angles, normals and circumcenters under fuzzed arguments.
+#include "fuzz/expectations.h"
+#include "fuzz/meshes.h"
+#include "fuzz/trial.h"
+
+#include <cmath>
+#include <limits>
+
+using namespace fuzz;
+using namespace vorel::tessalo2d;
+
+namespace {
+
+using ids = dense2D<unsigned>;
+
+/// An output that holds something else.
+dense2D<double> read_old_result(input& in)
+{
+    return read_reals(in, in.below(5), in.below(5));
+}
+
+void prepare_angles(input& in, arguments& a)
+{
+    const mesh m = read_mesh(in, in.rows({3, 4}), in.rows({2, 3}), in.below(3));
+    a.coords() = m.coords;
+    a.connect() = m.connect;
+    a.flag = in.chance(50);
+    a.values() = read_real_list(in, in.below(5));
+    a.more_values() = read_real_list(in, in.below(5));
+}
+
+int angles_failure(const arguments& a)
+{
+    if (a.connect().is_empty()) return 0;
+    if (!is_plane_or_space(a.coords())) return -1;
+    return holds_faces(a.connect(), a.coords().cols) ? 0 : -2;
+}
+
+void verify_angles(const arguments& before, const arguments& after, int status)
+{
+    const ids& connect = before.connect();
+    const auto& smallest = after.values();
+    const auto& largest = after.more_values();
+    promise(smallest.size == largest.size, "two lists of one length");
+    const bool right_rows = connect.rows == 3 || connect.rows == 4;
+    if (connect.is_empty() || status == -1 || status == -199 || !right_rows) {
+        promise(smallest.size == 0, "empty without a result");
+        return;
+    }
+    promise(smallest.size == connect.cols, "an entry for each element");
+    constexpr double pi = 3.14159265358979324;
+    for (std::size_t e = 0; e < connect.cols; ++e) {
+        if (status != 0) {
+            promise(same(smallest[e], 0.0) && same(largest[e], 0.0), "zeros for wrong IDs");
+            continue;
+        }
+        promise(!(smallest[e] > largest[e]), "the smallest is not above the largest");
+        const double bound = before.flag ? (is_quad(connect, e) ? 2.0 : 3.0) : pi;
+        promise(!(largest[e] > bound * 1.0000001), "not above a straight angle");
+        const double least = before.coords().rows == 2 ? -bound * 1.0000001 : 0.0;
+        promise(!(smallest[e] < least), "not below the least angle");
+    }
+}
+
+void prepare_normals(input& in, arguments& a)
+{
+    const mesh m = read_mesh(in, in.rows({3, 4}), in.rows({3}), in.below(3));
+    a.coords() = m.coords;
+    a.connect() = m.connect;
+    ids& connect = a.connect();
+    const unsigned unset = in.pick({0u, 0u, 10u});
+    for (std::size_t j = 0; j < connect.cols && connect.rows >= 3; ++j)
+        if (in.chance(unset)) connect(in.below(unsigned(connect.rows)), j) = UNSET_ID;
+    a.flag = in.chance(50);
+    constexpr double largest = std::numeric_limits<double>::max();
+    a.real[0] = in.pick({0.0, 1.0, -1.0, 2.0, 0.5, largest, -largest, in.wild_real()});
+    a.real_result() = read_old_result(in);
+}
+
+int normals_failure(const arguments& a)
+{
+    if (a.coords().is_empty() || a.connect().is_empty()) return 0;
+    if (a.coords().rows != 3) return -1;
+    const bool right_rows = a.connect().rows == 3 || a.connect().rows == 4;
+    return right_rows && holds_IDs(a.connect(), a.coords().cols, true) ? 0 : -2;
+}
+
+void check_normals(const arguments& before, const arguments& after, int status, std::size_t cols,
+                   bool unit)
+{
+    const auto& vectors = after.real_result();
+    const bool nothing = before.coords().is_empty() || before.connect().is_empty();
+    if (status != 0 || nothing) {
+        promise(vectors.cols == 0, "no columns without a result");
+        return;
+    }
+    promise(vectors.rows == 3 && vectors.cols == cols, "shape");
+    if (!before.tame || !unit) return;
+    for (std::size_t j = 0; j < cols; ++j) {
+        double square = 0.0;
+        for (unsigned i = 0; i < 3; ++i) square += vectors(i, j) * vectors(i, j);
+        promise(square == 0.0 || std::fabs(square - 1.0) < 1e-12, "unit length, or zero");
+    }
+}
+
+void verify_normals(const arguments& before, const arguments& after, int status)
+{
+    check_normals(before, after, status, before.connect().cols, before.flag);
+}
+
+void verify_node_normals(const arguments& before, const arguments& after, int status)
+{
+    const bool plain = before.real[0] == 0.0 || before.real[0] == 1.0;
+    check_normals(before, after, status, before.coords().cols, before.flag && plain);
+}
+
+void prepare_circumcenters(input& in, arguments& a)
+{
+    const mesh m = read_mesh(in, in.rows({3}), in.rows({2, 3}), in.below(3));
+    a.coords() = m.coords;
+    a.connect() = m.connect;
+    a.real_result() = read_old_result(in);
+}
+
+int circumcenters_failure(const arguments& a)
+{
+    if (!is_plane_or_space(a.coords())) return -1; // ahead of an empty mesh
+    return a.connect().rows == 3 && holds_faces(a.connect(), a.coords().cols) ? 0 : -2;
+}
+
+void verify_circumcenters(const arguments& before, const arguments& after, int status)
+{
+    const auto& centers = after.real_result();
+    if (status != 0) {
+        promise(centers.is_empty(), "emptied");
+        return;
+    }
+    promise(centers.is_empty() || centers.rows == before.coords().rows, "rows");
+    promise(centers.cols == before.connect().cols || centers.is_empty(), "a column each");
+    if (!before.tame) return;
+    for (std::size_t e = 0; e < centers.cols; ++e)
+        for (std::size_t i = 0; i < centers.rows; ++i)
+            promise(std::isfinite(centers(i, e)), "finite points have a finite centre");
+}
+
+const std::vector<call> calls = {
+    {"angles",
+     returns::zero,
+     {-1, -2},
+     {{VALUES, role::replaces}, {MORE_VALUES, role::replaces}},
+     prepare_angles,
+     [](arguments& a) {
+         return angles(a.coords(), a.connect(), a.flag, a.values(), a.more_values());
+     },
+     angles_failure,
+     verify_angles},
+    {"normals",
+     returns::zero,
+     {-1, -2},
+     {{REAL_RESULT, role::replaces}},
+     prepare_normals,
+     [](arguments& a) { return normals(a.coords(), a.connect(), a.flag, a.real_result()); },
+     normals_failure,
+     verify_normals},
+    {"normals at nodes",
+     returns::zero,
+     {-1, -2},
+     {{REAL_RESULT, role::replaces}},
+     prepare_normals,
+     [](arguments& a) {
+         return normals(a.coords(), a.connect(), a.real[0], a.flag, a.real_result());
+     },
+     normals_failure,
+     verify_node_normals},
+    {"circumcenters",
+     returns::zero,
+     {-1, -2},
+     {{REAL_RESULT, role::replaces}},
+     prepare_circumcenters,
+     [](arguments& a) { return circumcenters(a.coords(), a.connect(), a.real_result()); },
+     circumcenters_failure,
+     verify_circumcenters},
+};
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count)
+{
+    run(calls, bytes, count);
+    return 0;
+}

@@ -1,0 +1,37 @@
+// Small meshes, whole or spoiled, and single matrices.
+#pragma once
+
+#include "fuzz/arguments.h"
+#include "fuzz/input.h"
+
+namespace fuzz {
+
+dense2D<unsigned> read_ids(input& in, std::size_t rows, std::size_t cols, std::size_t bound);
+dense2D<double> read_reals(input& in, std::size_t rows, std::size_t cols);
+dense1D<unsigned, 8> read_id_list(input& in, std::size_t size, std::size_t bound);
+/// Sizes: mostly positive.
+dense1D<double, 8> read_real_list(input& in, std::size_t size);
+
+/// Metrics in 3 or 6 rows: positive definite ones, thin, semidefinite, indefinite and wild ones. Any
+/// other row count gets plain reals.
+dense2D<double> read_metrics(input& in, std::size_t rows, std::size_t cols);
+
+/// A matrix that may hold data, to append to or to replace.
+dense2D<unsigned> read_result(input& in, std::initializer_list<std::size_t> usual_rows);
+
+struct mesh {
+    dense2D<double> coords;
+    dense2D<unsigned> connect;
+    dense2D<unsigned> neighbors;
+    dense1D<unsigned, 8> node_element;
+};
+
+/// Elements of 3 or 4 (mixed) rows: a grid, a fan around one node, or any IDs. In a wild mood IDs
+/// are spoiled, and neighbors contradict the elements. `more_nodes` have coordinates and belong to
+/// no element.
+mesh read_mesh(input& in, std::size_t rows, std::size_t dimension, std::size_t more_nodes);
+
+/// As above in quadratic storage of 6, 8 or 9 rows; IDs only, below the count of nodes.
+dense2D<unsigned> read_quadratic(input& in, std::size_t rows, std::size_t nodes);
+
+} // namespace fuzz

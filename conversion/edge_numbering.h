@@ -75,7 +75,8 @@ private:
         return other << 1 | unsigned(from != home);
     }
 
-    /// Entry of the edge in the list of `home` or `NONE`; counts the entries that it passed.
+    /// Entry of the edge in the list of `home` or `NONE`; counts the entries that it passed. Entries
+    /// lead to older ones, and new edges come into no list of `LONGEST_LIST`.
     unsigned search(unsigned home, unsigned key, unsigned& length) const
     {
         unsigned k = newest_entry[home];

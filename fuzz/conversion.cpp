@@ -3,6 +3,8 @@
 #include "fuzz/meshes.h"
 #include "fuzz/trial.h"
 
+#include "support/topology.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -131,6 +133,13 @@ void verify_raised(const arguments& before, const arguments& after, const ids& n
     std::size_t bound = after.coords().cols;
     if (!before.edges().is_empty()) bound = std::max(bound, before.coords().cols + a);
     promise(holds_IDs(now, bound, true), "an ID that names no node");
+    if (before.edges().is_empty()) {
+        const std::size_t quads = quad_count(old);
+        const std::size_t inner = quads * before.count[1] + (old.cols - quads) * before.count[2];
+        const std::size_t on_edges = a == 0 ? 0 : a * support::edge_count(old);
+        promise(after.coords().cols == before.coords().cols + on_edges + inner,
+                "elements that share an edge share its nodes");
+    }
     for (std::size_t e = 0; e < old.cols; ++e) {
         const std::size_t corners = is_quad(old, e) ? 4 : 3;
         const std::size_t used = a == 0 ? 0 : corners * (1 + a);

@@ -115,8 +115,10 @@ void prepare_metrics(input& in, arguments& a)
 
 int metrics_failure(const arguments& a)
 {
+    const std::size_t nodes = a.coords().cols;
     if (a.coords().rows < 3) return -1;
-    if (a.connect().rows != 3 || !holds_faces(a.connect(), a.coords().cols)) return -2;
+    if (a.connect().rows != 3 || !holds_faces(a.connect(), nodes)) return -2;
+    if (nodes == 0) return -2; // no elements count as the ID 0
     return takes(a.field(), 6) ? 0 : -4;
 }
 

@@ -106,12 +106,46 @@ void check_normals(const arguments& before, const arguments& after, int status, 
 void verify_normals(const arguments& before, const arguments& after, int status)
 {
     check_normals(before, after, status, before.connect().cols, before.flag);
+    const auto& vectors = after.real_result();
+    const auto& p = before.coords();
+    const ids& connect = before.connect();
+    for (std::size_t e = 0; e < vectors.cols && before.tame; ++e) {
+        const unsigned* const n = connect.column(e);
+        if (is_quad(connect, e) || n[0] >= p.cols || n[1] >= p.cols || n[2] >= p.cols) continue;
+        for (const unsigned k : {1u, 2u}) {
+            double along = 0.0;
+            for (unsigned i = 0; i < 3; ++i) along += vectors(i, e) * (p(i, n[k]) - p(i, n[0]));
+            promise(std::fabs(along) < 1e-12, "at a right angle to the sides");
+        }
+    }
 }
 
 void verify_node_normals(const arguments& before, const arguments& after, int status)
 {
     const bool plain = before.real[0] == 0.0 || before.real[0] == 1.0;
     check_normals(before, after, status, before.coords().cols, before.flag && plain);
+}
+
+double squared_distance(const dense2D<double>& a, std::size_t i, const dense2D<double>& b,
+                        std::size_t j)
+{
+    double sum = 0.0;
+    for (std::size_t k = 0; k < a.rows; ++k) sum += (a(k, i) - b(k, j)) * (a(k, i) - b(k, j));
+    return sum;
+}
+
+/// Three points in a line or in one place: of multiples of one unit this is exact.
+bool is_flat(const dense2D<double>& p, const unsigned* n)
+{
+    double uu = 0.0, uv = 0.0, vv = 0.0;
+    for (std::size_t k = 0; k < p.rows; ++k) {
+        const double u = p(k, n[1]) - p(k, n[0]);
+        const double v = p(k, n[2]) - p(k, n[0]);
+        uu += u * u;
+        uv += u * v;
+        vv += v * v;
+    }
+    return uu * vv == uv * uv;
 }
 
 void prepare_circumcenters(input& in, arguments& a)
@@ -138,9 +172,17 @@ void verify_circumcenters(const arguments& before, const arguments& after, int s
     promise(centers.is_empty() || centers.rows == before.coords().rows, "rows");
     promise(centers.cols == before.connect().cols || centers.is_empty(), "a column each");
     if (!before.tame) return;
-    for (std::size_t e = 0; e < centers.cols; ++e)
+    for (std::size_t e = 0; e < centers.cols; ++e) {
         for (std::size_t i = 0; i < centers.rows; ++i)
             promise(std::isfinite(centers(i, e)), "finite points have a finite centre");
+        const unsigned* const n = before.connect().column(e);
+        if (is_flat(before.coords(), n)) continue;
+        const double radius = squared_distance(centers, e, before.coords(), n[0]);
+        for (const unsigned k : {1u, 2u})
+            promise(std::fabs(squared_distance(centers, e, before.coords(), n[k]) - radius) <
+                        1e-9 * radius,
+                    "as far from each corner");
+    }
 }
 
 const std::vector<call> calls = {

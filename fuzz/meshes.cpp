@@ -45,8 +45,9 @@ void add_cell(input& in, grid& g, std::size_t rows, const element& q)
 
 grid read_grid(input& in, std::size_t rows)
 {
-    const unsigned nx = 1 + in.below(4);
-    const unsigned ny = 1 + in.below(4);
+    const unsigned most = in.chance(2) ? 20 : 4; // a front of many elements now and then
+    const unsigned nx = 1 + in.below(most);
+    const unsigned ny = 1 + in.below(most);
     grid g;
     for (unsigned j = 0; j <= ny; ++j)
         for (unsigned i = 0; i <= nx; ++i) g.points.emplace_back(i, j);

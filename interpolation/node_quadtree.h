@@ -131,7 +131,7 @@ struct node_quadtree {
                           const node_filter& filter) const;
 
     /// Depth first through the cells below `start` that meet the search's box, which shrinks with
-    /// each better node. `skip_cell` is left out.
+    /// each better node. `skip_cell` is left out. No cell is met twice: each has one parent.
     void search_cells(node_search& search, const cell_place& start, unsigned skip_cell,
                       const node_filter& filter) const;
 
@@ -212,7 +212,8 @@ private:
         return quantize(p[0], p[1]);
     }
 
-    /// From `cell` at `level` down to the leaf that holds the point; both are moved.
+    /// From `cell` at `level` down to the leaf that holds the point; both are moved. At most `level`
+    /// steps: cells at level 0 are leaves.
     void descend(const integer_point& at, unsigned& cell, unsigned& level) const;
 
     /// Where the descent to the leaf of a point begins.

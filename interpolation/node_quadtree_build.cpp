@@ -99,7 +99,8 @@ std::size_t divided_cells(const curve_node* nodes, std::size_t n)
 
 /// Lays the cells of runs of sorted nodes down, a divided cell before its children.
 struct cell_writer {
-    /// The cell with the ID `cell` takes the nodes from `first` to before `last`.
+    /// The cell with the ID `cell` takes the nodes from `first` to before `last`. Calls itself for
+    /// levels below its own, so 32 deep at most.
     void write(unsigned cell, unsigned level, const curve_node* first, const curve_node* last)
     {
         unsigned* const column = cells + std::size_t(cell) * 4;

@@ -87,7 +87,7 @@ private:
     }
 
     /// Collects what can be reached from `last` across sides that touch the node. The side that
-    /// runs into the node is followed first.
+    /// runs into the node is followed first. An element is pushed at most once: when it is marked.
     bool flood_ring(unsigned last, unsigned node)
     {
         ring.clear();

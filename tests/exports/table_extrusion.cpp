@@ -35,18 +35,15 @@ const value ROTATION = vector3{{0.3, -0.2, 1.1}};
 const value MOVE2 = vector2{{0.5, 2.0}};
 const value MOVE3 = vector3{{0.5, 2.0, -1.0}};
 
-step check(const std::string& about, std::function<bool(const arguments&)> fails, int status)
-{
-    return refuse(about, std::move(fails), status);
-}
-
 /// The slots of a sweep: the line, the motion, how it is driven, the output. Where a T3 overload
 /// takes sizes, `pattern` stands before `force_even`.
 std::vector<slot> slots_of(const sweep& s, const std::vector<slot>& motion)
 {
     slot coords = coords_grown(PLANE, state::columns_back);
-    // A sized sweep of triangles in the plane widens on the way; it is harmless to allow it to all.
-    coords.rows_on_the_way = 3;
+    // The sized translation of triangles in the plane widens on the way.
+    const bool plane_translation =
+        motion.size() == 1 && std::holds_alternative<vector2>(motion[0].valid);
+    if (plane_translation && s.driven == drive::sized && !s.quads) coords.rows_on_the_way = 3;
     std::vector<slot> all = {coords, connect_in(IDs{{2, 0}, {0, 3}})};
     all.insert(all.end(), motion.begin(), motion.end());
     if (s.driven == drive::fixed) {
@@ -69,7 +66,7 @@ std::vector<step> steps_of(const sweep& s)
     std::vector<step> steps;
     if (s.driven == drive::fixed) steps.push_back(none_at_zero("N"));
     steps.push_back(none_if_empty("connect"));
-    steps.push_back(check(
+    steps.push_back(refuse(
         "rows of coords",
         [accepted = s.coords_rows](const arguments& a) {
             for (const std::size_t n : accepted)
@@ -84,7 +81,7 @@ std::vector<step> steps_of(const sweep& s)
     }
     // A spiral of a fixed count derives its sizes from the translation.
     if (s.code.h0 && s.driven == drive::fixed)
-        steps.push_back(check(
+        steps.push_back(refuse(
             "length of translation",
             [](const arguments& a) {
                 const vector3& t = a.get<vector3>("translation");

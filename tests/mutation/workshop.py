@@ -85,6 +85,9 @@ class Workshop:
         for program in programs:
             last = self.run(["ninja", "-t", "commands", "-s", program], self.build).splitlines()[-1]
             self.link[program] = shlex.split(re.sub(r"^: && | && .*$", "", last.strip()))
+        # A program that has the library otherwise than as the archive is left out.
+        for folder, made in self.programs.items():
+            self.programs[folder] = [p for p in made if LIBRARY in self.link[p]]
 
     def read_includes(self):
         """The objects that depend on each file, and the folders that each folder's tests need."""

@@ -19,7 +19,8 @@ using ids = dense2D<unsigned>;
 
 void prepare_quadratic(input& in, arguments& a)
 {
-    a.connect() = read_quadratic(in, in.rows({6, 8, 9}), 1 + in.below(40));
+    const std::size_t rows = in.rows({6, 8, 9});
+    a.connect() = read_quadratic(in, rows, 1 + in.below(40));
     a.result() = read_result(in, {3, 4});
 }
 
@@ -65,7 +66,7 @@ void verify_split_into_linear(const arguments& before, const arguments& after, i
 
 void prepare_high_order(input& in, arguments& a, unsigned edge_nodes)
 {
-    const mesh m = read_mesh(in, in.rows({3, 4}), in.rows({2, 3}), in.below(4));
+    const mesh m = read_mesh(in, {in.rows({3, 4}), in.rows({2, 3}), in.below(4)});
     a.coords() = m.coords;
     a.connect() = m.connect;
     a.result() = read_result(in, {3, 4, 6, 9});
@@ -75,7 +76,7 @@ void prepare_high_order(input& in, arguments& a, unsigned edge_nodes)
     if (in.chance(50)) return;
     // Prepared edges: some of the mesh, some that are not.
     const std::size_t rows = edge_nodes > 200 ? in.below(11) : in.rows({edge_nodes + 2});
-    a.edges() = read_ids(in, rows, in.below(7), m.coords.cols);
+    a.edges() = read_ids(in, {rows, in.below(7)}, m.coords.cols);
     ids& edges = a.edges();
     for (std::size_t j = 0; j < edges.cols && rows >= 3 && !m.connect.is_empty(); ++j) {
         if (in.chance(30) || m.connect.rows < 3) continue;
@@ -229,7 +230,7 @@ void verify_split_into_Q4(const arguments& before, const arguments& after, int s
 
 void prepare_faces(input& in, arguments& a)
 {
-    const mesh m = read_mesh(in, in.rows({4, 4, 4, 3}), in.rows({2, 3}), in.below(3));
+    const mesh m = read_mesh(in, {in.rows({4, 4, 4, 3}), in.rows({2, 3}), in.below(3)});
     a.coords() = m.coords;
     a.connect() = m.connect;
     a.result() = read_result(in, {3, 4});
@@ -283,7 +284,7 @@ void verify_split(const arguments& before, const arguments& after, int status)
 
 void prepare_gated(input& in, arguments& a)
 {
-    const mesh m = read_mesh(in, in.rows({4}), in.rows({2, 3}), in.below(3));
+    const mesh m = read_mesh(in, {in.rows({4}), in.rows({2, 3}), in.below(3)});
     a.coords() = m.coords;
     a.connect() = m.connect;
     a.result() = read_result(in, {4});

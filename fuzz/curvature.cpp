@@ -15,18 +15,18 @@ namespace {
 
 void prepare_parametric(input& in, arguments& a)
 {
-    const mesh m = read_mesh(in, in.rows({3}), in.rows({2}), in.below(3));
+    const mesh m = read_mesh(in, {in.rows({3}), in.rows({2}), in.below(3)});
     a.coords() = m.coords;
     a.connect() = m.connect;
     const std::size_t columns = in.chance(3) ? in.below(9) : m.coords.cols;
-    a.field() = read_reals(in, in.rows({6}), columns);
+    a.field() = read_reals(in, {in.rows({6}), columns});
     if (in.chance(70))
         for (std::size_t j = 0; j < columns && a.field().rows == 6; ++j) {
             // Close to a plane: the normal has a length.
             a.field()(0, j) += in.real_at(1);
             a.field()(4, j) += in.real_at(1);
         }
-    a.real_result() = read_reals(in, in.below(5), in.below(5));
+    a.real_result() = read_reals(in, {in.below(5), in.below(5)});
 }
 
 int parametric_failure(const arguments& a)
@@ -51,7 +51,7 @@ void verify_parametric(const arguments& before, const arguments& after, int stat
 
 void prepare_principal(input& in, arguments& a)
 {
-    const mesh m = read_mesh(in, in.rows({3}), in.rows({3}), in.below(3));
+    const mesh m = read_mesh(in, {in.rows({3}), in.rows({3}), in.below(3)});
     const std::size_t nodes = m.coords.cols;
     a.coords() = m.coords;
     a.connect() = m.connect;
@@ -60,8 +60,8 @@ void prepare_principal(input& in, arguments& a)
     a.real[0] = in.small_real(wild);
     a.real[1] = in.small_real(wild);
     a.count[0] = in.chance(60) ? 1000 : in.count(6);
-    if (in.chance(50)) a.edges() = read_ids(in, in.rows({2}), in.below(6), nodes);
-    a.real_result() = read_reals(in, in.below(10), in.below(5));
+    if (in.chance(50)) a.edges() = read_ids(in, {in.rows({2}), in.below(6)}, nodes);
+    a.real_result() = read_reals(in, {in.below(10), in.below(5)});
 }
 
 int principal_failure(const arguments& a)
@@ -106,11 +106,11 @@ void verify_principal(const arguments& before, const arguments& after, int statu
 
 void prepare_metrics(input& in, arguments& a)
 {
-    const mesh m = read_mesh(in, in.rows({3}), in.rows({3, 3, 3, 4, 5}), in.below(3));
+    const mesh m = read_mesh(in, {in.rows({3}), in.rows({3, 3, 3, 4, 5}), in.below(3)});
     a.coords() = m.coords;
     a.connect() = m.connect;
     a.real[0] = in.small_real(in.pick({0u, 0u, 40u}));
-    a.field() = read_metrics(in, in.rows({6}), in.chance(40) ? 0 : in.below(30));
+    a.field() = read_metrics(in, {in.rows({6}), in.chance(40) ? 0 : in.below(30)});
 }
 
 int metrics_failure(const arguments& a)

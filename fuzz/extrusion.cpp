@@ -25,7 +25,7 @@ constexpr unsigned THIRD = 9;  // the translation of a screw
 ids read_lines(input& in, std::size_t rows, std::size_t nodes)
 {
     const std::size_t edges = in.chance(5) ? 40 + in.below(40) : in.below(8);
-    ids m = read_ids(in, rows, edges, nodes);
+    ids m = read_ids(in, {rows, edges}, nodes);
     const unsigned kind = in.below(3);
     if (kind == 2 || rows != 2 || nodes == 0 || in.chance(20)) return m;
     for (unsigned e = 0; e < m.cols; ++e) {
@@ -39,7 +39,7 @@ ids read_lines(input& in, std::size_t rows, std::size_t nodes)
 void prepare(input& in, arguments& a, std::size_t output_rows)
 {
     const std::size_t nodes = in.chance(5) ? 100 + in.below(200) : in.below(9);
-    a.coords() = read_reals(in, in.rows({2, 3}), nodes);
+    a.coords() = read_reals(in, {in.rows({2, 3}), nodes});
     a.connect() = read_lines(in, in.rows({2}), nodes);
     a.result() = read_result(in, {output_rows});
     a.count[0] = in.count(5);

@@ -15,7 +15,7 @@ using ids = dense2D<unsigned>;
 
 void prepare_area(input& in, arguments& a)
 {
-    const mesh m = read_mesh(in, in.rows({3, 4}), in.rows({2, 3}), in.below(3));
+    const mesh m = read_mesh(in, {in.rows({3, 4}), in.rows({2, 3}), in.below(3)});
     a.coords() = m.coords;
     a.connect() = m.connect;
 }
@@ -51,7 +51,7 @@ void prepare_checks(input& in, arguments& a)
 {
     const unsigned nodes = in.below(12);
     const unsigned columns = in.chance(20) ? 40 + in.below(60) : in.below(9); // beyond one block
-    a.connect() = read_ids(in, in.rows({2, 3, 3, 4, 4, 6, 8, 9}), columns, nodes);
+    a.connect() = read_ids(in, {in.rows({2, 3, 3, 4, 4, 6, 8, 9}), columns}, nodes);
     if (a.connect().rows == 4)
         for (std::size_t j = 0; j < a.connect().cols; ++j)
             if (in.chance(40)) a.connect()(3, j) = UNSET_ID;
@@ -90,10 +90,10 @@ void verify_list_check(const arguments& before, const arguments&, int status)
 void prepare_append(input& in, arguments& a)
 {
     const std::size_t rows = in.below(5);
-    a.connect() = read_ids(in, rows, in.below(9), 30);
+    a.connect() = read_ids(in, {rows, in.below(9)}, 30);
     // New rows of a filled target are left unspecified, so the target has them already.
     const std::size_t target_rows = in.chance(70) ? rows : rows + in.below(3);
-    a.result() = read_ids(in, target_rows, in.chance(30) ? 0 : in.below(9), 30);
+    a.result() = read_ids(in, {target_rows, in.chance(30) ? 0 : in.below(9)}, 30);
     a.nodes() = dense1D<unsigned, 8>(a.connect().cols ? in.below(6) : 0);
     for (std::size_t k = 0; k < a.nodes().size; ++k)
         a.nodes()[k] = in.below(unsigned(a.connect().cols));

@@ -16,12 +16,12 @@ using ids = dense2D<unsigned>;
 /// An output that holds something else.
 dense2D<double> read_old_result(input& in)
 {
-    return read_reals(in, in.below(5), in.below(5));
+    return read_reals(in, {in.below(5), in.below(5)});
 }
 
 void prepare_angles(input& in, arguments& a)
 {
-    const mesh m = read_mesh(in, in.rows({3, 4}), in.rows({2, 3}), in.below(3));
+    const mesh m = read_mesh(in, {in.rows({3, 4}), in.rows({2, 3}), in.below(3)});
     a.coords() = m.coords;
     a.connect() = m.connect;
     a.flag = in.chance(50);
@@ -64,7 +64,7 @@ void verify_angles(const arguments& before, const arguments& after, int status)
 
 void prepare_normals(input& in, arguments& a)
 {
-    const mesh m = read_mesh(in, in.rows({3, 4}), in.rows({3}), in.below(3));
+    const mesh m = read_mesh(in, {in.rows({3, 4}), in.rows({3}), in.below(3)});
     a.coords() = m.coords;
     a.connect() = m.connect;
     ids& connect = a.connect();
@@ -150,7 +150,7 @@ bool is_flat(const dense2D<double>& p, const unsigned* n)
 
 void prepare_circumcenters(input& in, arguments& a)
 {
-    const mesh m = read_mesh(in, in.rows({3}), in.rows({2, 3}), in.below(3));
+    const mesh m = read_mesh(in, {in.rows({3}), in.rows({2, 3}), in.below(3)});
     a.coords() = m.coords;
     a.connect() = m.connect;
     a.real_result() = read_old_result(in);

@@ -78,7 +78,7 @@ grid read_any(input& in, std::size_t rows)
 {
     const unsigned nodes = 1 + in.below(8);
     grid g;
-    for (unsigned k = 0; k < nodes; ++k) g.points.emplace_back(in.below(4), in.below(4));
+    for (unsigned k = 0; k < nodes; ++k) g.points.push_back({int(in.below(4)), int(in.below(4))});
     for (unsigned e = in.below(12); e > 0; --e) {
         element any(rows);
         for (unsigned& id : any) id = in.below(nodes);
@@ -135,8 +135,9 @@ void spoil(input& in, dense1D<unsigned, 8>& v, std::size_t bound)
 
 } // namespace
 
-dense2D<unsigned> read_ids(input& in, std::size_t rows, std::size_t cols, std::size_t bound)
+dense2D<unsigned> read_ids(input& in, extent size, std::size_t bound)
 {
+    const auto [rows, cols] = size;
     if (rows == 0 || cols == 0) return without_entries<unsigned>(rows, cols);
     dense2D<unsigned> m(rows, cols);
     for (std::size_t j = 0; j < cols; ++j)
@@ -144,8 +145,9 @@ dense2D<unsigned> read_ids(input& in, std::size_t rows, std::size_t cols, std::s
     return m;
 }
 
-dense2D<double> read_reals(input& in, std::size_t rows, std::size_t cols)
+dense2D<double> read_reals(input& in, extent size)
 {
+    const auto [rows, cols] = size;
     if (rows == 0 || cols == 0) return without_entries<double>(rows, cols);
     dense2D<double> m(rows, cols);
     for (std::size_t j = 0; j < cols; ++j)
@@ -169,9 +171,10 @@ dense1D<double, 8> read_real_list(input& in, std::size_t size)
     return v;
 }
 
-dense2D<double> read_metrics(input& in, std::size_t rows, std::size_t cols)
+dense2D<double> read_metrics(input& in, extent size)
 {
-    if (rows != 3 && rows != 6) return read_reals(in, rows, cols);
+    const auto [rows, cols] = size;
+    if (rows != 3 && rows != 6) return read_reals(in, {rows, cols});
     dense2D<double> m(rows, cols);
     for (std::size_t j = 0; j < cols; ++j) {
         double* const entries = m.column(j);
@@ -219,17 +222,18 @@ dense2D<unsigned> read_result(input& in, std::initializer_list<std::size_t> usua
 {
     const std::size_t cols = in.chance(50) ? 0 : 1 + in.below(5);
     const std::size_t rows = in.chance(20) ? 0 : in.rows(usual_rows);
-    return read_ids(in, rows, cols, 30);
+    return read_ids(in, {rows, cols}, 30);
 }
 
-mesh read_mesh(input& in, std::size_t rows, std::size_t dimension, std::size_t more_nodes)
+mesh read_mesh(input& in, mesh_extent extents)
 {
+    const auto [rows, dimension, more_nodes] = extents;
     mesh m;
     if (rows != 3 && rows != 4) {
         const std::size_t cols = in.below(4);
-        m.coords = read_reals(in, dimension, in.below(6) + more_nodes);
-        m.connect = read_ids(in, rows, cols, m.coords.cols);
-        m.neighbors = read_ids(in, in.rows({rows}), cols, cols);
+        m.coords = read_reals(in, {dimension, in.below(6) + more_nodes});
+        m.connect = read_ids(in, {rows, cols}, m.coords.cols);
+        m.neighbors = read_ids(in, {in.rows({rows}), cols}, cols);
         m.node_element = read_id_list(in, m.coords.cols, cols);
         return m;
     }
@@ -237,7 +241,7 @@ mesh read_mesh(input& in, std::size_t rows, std::size_t dimension, std::size_t m
     grid g = kind < 6 ? read_grid(in, rows) : kind < 8 ? read_fan(in, rows) : read_any(in, rows);
     vary(in, g);
     const std::size_t nodes = g.points.size();
-    m.coords = read_reals(in, dimension, nodes + more_nodes);
+    m.coords = read_reals(in, {dimension, nodes + more_nodes});
     const bool lattice = in.chance(75);
     for (std::size_t j = 0; lattice && j < nodes && dimension >= 2; ++j) {
         m.coords(0, j) = in.real_at(g.points[j].first);
@@ -251,7 +255,7 @@ mesh read_mesh(input& in, std::size_t rows, std::size_t dimension, std::size_t m
     if (in.chance(30)) spoil(in, m.connect, m.coords.cols);
     if (in.chance(60)) spoil(in, m.neighbors, m.connect.cols);
     if (in.chance(60)) spoil(in, m.node_element, m.connect.cols);
-    if (in.chance(2)) m.neighbors = read_ids(in, in.below(6), in.below(6), m.connect.cols);
+    if (in.chance(2)) m.neighbors = read_ids(in, {in.below(6), in.below(6)}, m.connect.cols);
     if (in.chance(2)) m.node_element.size = in.below(unsigned(m.node_element.size) + 1);
     if (in.chance(2)) m.coords.cols = in.below(unsigned(m.coords.cols) + 1);
     if (in.chance(2)) m.connect.cols = in.below(unsigned(m.connect.cols) + 1);
@@ -260,7 +264,7 @@ mesh read_mesh(input& in, std::size_t rows, std::size_t dimension, std::size_t m
 
 dense2D<unsigned> read_quadratic(input& in, std::size_t rows, std::size_t nodes)
 {
-    dense2D<unsigned> m = read_ids(in, rows, in.below(8), nodes);
+    dense2D<unsigned> m = read_ids(in, {rows, in.below(8)}, nodes);
     if (rows != 8 && rows != 9) return m;
     for (std::size_t j = 0; j < m.cols; ++j)
         if (in.chance(40)) std::fill(m.column(j) + 6, m.column(j) + rows, UNSET_ID);

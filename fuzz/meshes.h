@@ -6,15 +6,21 @@
 
 namespace fuzz {
 
-dense2D<unsigned> read_ids(input& in, std::size_t rows, std::size_t cols, std::size_t bound);
-dense2D<double> read_reals(input& in, std::size_t rows, std::size_t cols);
+/// Sizes are passed in braces: what is drawn there is drawn in that order by every compiler, so that
+/// a file means the same in all builds.
+struct extent {
+    std::size_t rows, cols;
+};
+
+dense2D<unsigned> read_ids(input& in, extent size, std::size_t bound);
+dense2D<double> read_reals(input& in, extent size);
 dense1D<unsigned, 8> read_id_list(input& in, std::size_t size, std::size_t bound);
 /// Sizes: mostly positive.
 dense1D<double, 8> read_real_list(input& in, std::size_t size);
 
 /// Metrics in 3 or 6 rows: positive definite ones, thin, semidefinite, indefinite and wild ones. Any
 /// other row count gets plain reals.
-dense2D<double> read_metrics(input& in, std::size_t rows, std::size_t cols);
+dense2D<double> read_metrics(input& in, extent size);
 
 /// A matrix that may hold data, to append to or to replace.
 dense2D<unsigned> read_result(input& in, std::initializer_list<std::size_t> usual_rows);
@@ -26,10 +32,14 @@ struct mesh {
     dense1D<unsigned, 8> node_element;
 };
 
+struct mesh_extent {
+    std::size_t rows, dimension, more_nodes;
+};
+
 /// Elements of 3 or 4 (mixed) rows: a grid, a fan around one node, or any IDs. In a wild mood IDs
 /// are spoiled, and neighbors contradict the elements. `more_nodes` have coordinates and belong to
 /// no element.
-mesh read_mesh(input& in, std::size_t rows, std::size_t dimension, std::size_t more_nodes);
+mesh read_mesh(input& in, mesh_extent extents);
 
 /// As above in quadratic storage of 6, 8 or 9 rows; IDs only, below the count of nodes.
 dense2D<unsigned> read_quadratic(input& in, std::size_t rows, std::size_t nodes);

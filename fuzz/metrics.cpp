@@ -20,7 +20,7 @@ void prepare_field(input& in, arguments& a)
     const std::size_t nodes = in.chance(3) ? 0 : 1 + in.below(20);
     read_loop(in, a, nodes);
     a.values() = read_real_list(in, nodes);
-    a.field() = read_metrics(in, in.rows({3, 6}), nodes);
+    a.field() = read_metrics(in, {in.rows({3, 6}), nodes});
 }
 
 int field_failure(const arguments& a, std::size_t length)
@@ -84,7 +84,7 @@ metric metric_at(const arguments& a, std::size_t k)
 
 void prepare_pair(input& in, arguments& a)
 {
-    const dense2D<double> pair = read_metrics(in, 6, 2);
+    const dense2D<double> pair = read_metrics(in, {6, 2});
     for (unsigned k = 0; k < 12; ++k) a.real[k] = pair(k % 6, k / 6);
     if (in.chance(40))
         // Thin ellipsoids in any direction.

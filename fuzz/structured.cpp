@@ -26,7 +26,7 @@ std::vector<unsigned> column(const ids& m, std::size_t j)
 
 void prepare_grid(input& in, arguments& a)
 {
-    a.coords() = read_reals(in, in.rows({2, 3}), in.chance(3) ? 0 : 1 + in.below(20));
+    a.coords() = read_reals(in, {in.rows({2, 3}), in.chance(3) ? 0 : 1 + in.below(20)});
     read_loop(in, a, a.coords().cols);
     a.choice = in.chance(90) ? int(in.below(3)) : int(in.word());
     a.result() = read_result(in, {3, 4});
@@ -118,7 +118,7 @@ void prepare_flip(input& in, arguments& a)
     const bool any = a.choice == 5 || a.choice < 0 || a.choice > 22;
     const std::size_t rows =
         any ? in.rows({3, 4, 6, 8, 9}) : in.rows({element_node_count(element_type(a.choice))});
-    a.connect() = read_ids(in, rows, in.below(20), 40);
+    a.connect() = read_ids(in, {rows, in.below(20)}, 40);
     for (std::size_t j = 0; j < a.connect().cols && rows >= 8; ++j)
         if (in.chance(40)) a.connect()(6, j) = UNSET_ID;
 }
@@ -166,7 +166,7 @@ void verify_flip_typed(const arguments& before, const arguments& after, int stat
 void prepare_degenerated(input& in, arguments& a)
 {
     const unsigned nodes = in.pick({3u, 6u, 200u}); // few, so that many are equal
-    a.connect() = read_ids(in, in.rows({4, 4, 8, 9}), in.below(70), nodes);
+    a.connect() = read_ids(in, {in.rows({4, 4, 8, 9}), in.below(70)}, nodes);
     const unsigned unset = in.pick({0u, 0u, 15u});
     for (std::size_t j = 0; j < a.connect().cols && a.connect().rows > 0; ++j)
         if (in.chance(unset)) a.connect()(in.below(unsigned(a.connect().rows)), j) = UNSET_ID;
@@ -232,7 +232,7 @@ void verify_degenerated_list(const arguments& before, const arguments& after, in
 
 void prepare_topology(input& in, arguments& a)
 {
-    const mesh m = read_mesh(in, in.rows({3, 4}), 0, in.below(3));
+    const mesh m = read_mesh(in, {in.rows({3, 4}), 0, in.below(3)});
     a.connect() = m.connect;
     a.neighbors() = m.neighbors;
     a.node_element() = m.node_element;

@@ -75,8 +75,8 @@ private:
         return other << 1 | unsigned(from != home);
     }
 
-    /// Entry of the edge in the list of `home` or `NONE`; counts the entries that it passed. Entries
-    /// lead to older ones, and new edges come into no list of `LONGEST_LIST`.
+    /// Entry of the edge in the list of `home` or `NONE`; counts the entries that it passed.
+    /// Entries lead to older ones, and a list of `LONGEST_LIST` entries takes no new edge.
     unsigned search(unsigned home, unsigned key, unsigned& length) const
     {
         unsigned k = newest_entry[home];

@@ -21,8 +21,8 @@ struct element_nodes {
     std::size_t rows(unsigned corners) const { return interior_row(corners) + inside(corners); }
 };
 
-/// Moves `next_id` on by `nodes` for each of `elements`. False when there are no IDs for them; `next_id`
-/// then stays.
+/// Moves `next_id` on by `nodes` for each of `elements`. False when there are no IDs for them;
+/// `next_id` then stays.
 inline bool take_ids(std::size_t& next_id, std::size_t elements, unsigned nodes)
 {
     if (elements == 0 || nodes == 0) return true;

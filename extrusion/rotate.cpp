@@ -36,8 +36,9 @@ public:
         const double a = t * angle;
         const double c = std::cos(a);
         const double s = std::sin(a);
-        // Two sums, of the same bits as a difference and a sum: for a processor that has it g++ makes
-        // one fused instruction of that pair, with other roundings, even where contraction is off.
+        // Two sums, of the same bits (but for a NaN's sign) as a difference and a sum: for a
+        // processor that has it g++ makes one fused instruction of that pair, with other roundings,
+        // even where contraction is off.
         const double minus_s = -s;
         const vec2 m = center;
         const auto turned = [=](double x, double y) -> vec2 {

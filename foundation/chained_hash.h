@@ -119,8 +119,8 @@ public:
     slot* find_or_insert(std::size_t hash, const Key& key);
     slot* find_or_insert(const Key& key) { return find_or_insert(policy::hash(key), key); }
 
-    /// The live slot of the key, or null. A link leads to a slot further behind in the storage, so a
-    /// chain ends after as many steps as there are slots, if not sooner.
+    /// The live slot of the key, or null. A link leads to a slot further behind in the storage, so
+    /// a chain ends after as many steps as there are slots, if not sooner.
     slot* find(const Key& key);
 
     /// The load rule, to be applied before each insertion: a table that would hold more than two

@@ -212,8 +212,8 @@ private:
         return quantize(p[0], p[1]);
     }
 
-    /// From `cell` at `level` down to the leaf that holds the point; both are moved. At most `level`
-    /// steps: cells at level 0 are leaves.
+    /// From `cell` at `level` down to the leaf that holds the point; both are moved. At most
+    /// `level` steps: cells at level 0 are leaves.
     void descend(const integer_point& at, unsigned& cell, unsigned& level) const;
 
     /// Where the descent to the leaf of a point begins.

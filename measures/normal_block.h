@@ -7,8 +7,8 @@
 
 namespace vorel::tessalo2d {
 
-/// Up to `CAPACITY` elements, an array for each component. `MIXED` storage has 4 rows with triangles
-/// among them.
+/// Up to `CAPACITY` elements, an array for each component. `MIXED` storage has 4 rows with
+/// triangles among them.
 template <bool MIXED>
 class normal_block {
 public:
@@ -104,7 +104,7 @@ private:
         }
     }
 
-    /// One more than the elements: they are set in pairs.
+    /// One more than the elements: `set` also writes behind the element, which may be the last one.
     double normals[3][CAPACITY + 1];
     double lengths[CAPACITY];
 };

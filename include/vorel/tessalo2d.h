@@ -69,7 +69,8 @@ VOREL_API int area(const dense2D<double>& coords, const dense2D<unsigned>& conne
 ///             zeros in both outputs (kept: callers rely on it)
 ///
 /// They are empty after -1, after -2 for rows, after -199 and for an empty `connect`. An angle that
-/// is not a number is taken over and the next corner's angle takes its place. O(E), the time of the `atan2` calls; no other allocation.
+/// is not a number is taken over and the next corner's angle takes its place. O(E), the time of the
+/// `atan2` calls; no other allocation.
 VOREL_API int angles(const dense2D<double>& coords, const dense2D<unsigned>& connect,
                      bool normalized, dense1D<double, 8>& angle_min, dense1D<double, 8>& angle_max);
 
@@ -636,11 +637,11 @@ VOREL_API int convert_degenerated_Q(dense2D<unsigned>& connect,
 ///              `UNSET_ID`; -2 shape of `neighbors`; -3 `seed`
 ///
 /// A neighbor that does not hold the common edge is a conflict; one that holds only one of its
-/// nodes, in row 0, passes for a neighbor that does (kept: callers rely on it), and is flipped if it
-/// is the node at which the edge ends. A conflict sets the result to -2, and later flips count on
-/// from there; while the result is negative each element compares itself to one neighbor only. A
-/// surface that can't be oriented is no error. O(E); 4 bytes and 2 bits for each
-/// element, from the standard allocator, whose `std::bad_alloc` passes before anything changes.
+/// nodes, in row 0, passes for a neighbor that does (kept: callers rely on it), and is flipped if
+/// it is the node at which the edge ends. A conflict sets the result to -2, and later flips count
+/// on from there; while the result is negative each element compares itself to one neighbor only.
+/// A surface that can't be oriented is no error. O(E); 4 bytes and 2 bits for each element, from
+/// the standard allocator, whose `std::bad_alloc` passes before anything changes.
 VOREL_API int mesh_reorient(dense2D<unsigned>& connect, dense2D<unsigned>& neighbors, unsigned seed,
                             int all_regions);
 

@@ -155,6 +155,27 @@ TEST(ElementNormals, AnElementWithoutACornerItNeedsHasNone)
     }
 }
 
+TEST(ElementNormals, AnElementWithoutACornerLeavesTheOthersOfItsBlockAlone)
+{
+    const dense2D<double> coords{{0, 0, 0}, {1, 0, 0}, {0, 2, 0}, {0, 0, 3}};
+    for (const std::size_t n : {1, 2, 63, 64, 65, 127, 128, 129})
+        for (const std::size_t hole : {std::size_t(0), n / 2, n - 1}) {
+            dense2D<unsigned> connect(3, n);
+            vectors expected;
+            for (std::size_t j = 0; j < n; ++j) {
+                const bool odd = j % 2 != 0;
+                connect(0, j) = 0;
+                connect(1, j) = odd ? 2 : 1;
+                connect(2, j) = odd ? 3 : 2;
+                expected.push_back(odd ? std::vector<double>{6, 0, 0}
+                                       : std::vector<double>{0, 0, 2});
+            }
+            connect(1, hole) = U;
+            expected[hole] = {0, 0, 0};
+            EXPECT_EQ(at_elements(coords, connect, false), expected) << n << ", hole " << hole;
+        }
+}
+
 TEST(Normals, CheckTheirArgumentsInOrderAndEmptyTheResultFirst)
 {
     const dense2D<double> good(3, 4, 0.0);

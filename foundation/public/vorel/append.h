@@ -49,7 +49,8 @@ template <std::size_t N>
 /// Appends the columns of `source` that `ids` lists, in that order. Shapes and failures as with
 /// `append_columns`; an empty list leaves a target that has columns as it is. Every listed number
 /// must be below the column count of `source`. A list in the target's own block is copied first:
-/// the new columns may lie over it.
+/// the new columns may lie over it. Throws `std::bad_alloc`, and changes nothing, when the block
+/// object of that copy can't be had.
 [[nodiscard]] inline bool append_selected_columns(const dense2D<unsigned>& source,
                                                   const dense1D<unsigned, 8>& ids,
                                                   dense2D<unsigned>& target)

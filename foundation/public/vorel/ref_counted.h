@@ -58,7 +58,7 @@ public:
     }
     /// As above.
     Ptr& operator=(const Ptr& other) noexcept { return *this = other.pointer; }
-    /// Takes the object over; the source is null then.
+    /// Takes the object over; the source, if another pointer, is null then.
     Ptr& operator=(Ptr&& other) noexcept
     {
         X* const taken = other.pointer;

@@ -24,6 +24,23 @@ vec2 in_triangle(const dense2D<double>& coords, const vec2& p, double* determina
     return uv;
 }
 
+/// Passes of Newton's method from the centre of the kite (0, 0), (4, 0), (1, 1), (0, 4), whose map
+/// is x = (5 + 5 xi - 3 eta - 3 xi eta) / 4, and y with xi and eta exchanged.
+vec2 in_kite(const vec2& p, int passes)
+{
+    double xi = 0.0, eta = 0.0;
+    for (int pass = 0; pass < passes; ++pass) {
+        const double x = (5 + 5 * xi - 3 * eta - 3 * xi * eta) / 4 - p[0];
+        const double y = (5 + 5 * eta - 3 * xi - 3 * xi * eta) / 4 - p[1];
+        const double x_xi = (5 - 3 * eta) / 4, x_eta = (-3 - 3 * xi) / 4;
+        const double y_xi = (-3 - 3 * eta) / 4, y_eta = (5 - 3 * xi) / 4;
+        const double determinant = x_xi * y_eta - x_eta * y_xi;
+        xi -= (x * y_eta - x_eta * y) / determinant;
+        eta -= (x_xi * y - x * y_xi) / determinant;
+    }
+    return {{xi, eta}};
+}
+
 } // namespace
 
 TEST(Solve2, SolvesAndReturnsThePassesLeft)
@@ -209,6 +226,12 @@ TEST(LocalCoordsQ4, StopAfterTenPasses)
     const dense2D<double> kite{{0, 0}, {4, 0}, {1, 1}, {0, 4}};
     vec2 got;
     EXPECT_FALSE(local_coords_Q4(kite.column(0), kite.ld, Q4, {{30, 29}}, got, 1e-12));
+    // Passes go far apart: one more or one less is elsewhere.
+    const vec2 ten = in_kite({{30, 29}}, 10);
+    EXPECT_NEAR(got[0], ten[0], 1e-6);
+    EXPECT_NEAR(got[1], ten[1], 1e-6);
+    for (const int others : {9, 11})
+        EXPECT_GT(std::fabs(in_kite({{30, 29}}, others)[0] - ten[0]), 1.0) << others;
     // A negative tolerance is never met, so the tenth pass ends it although it has converged.
     const dense2D<double> square{{0, 0}, {2, 0}, {2, 2}, {0, 2}};
     EXPECT_FALSE(local_coords_Q4(square.column(0), square.ld, Q4, {{1.25, 0.5}}, got, -1.0));

@@ -188,6 +188,12 @@ std::vector<breakage> breakages(const exported& e)
 
 void keep_one_element(arguments& a)
 {
+    // Of a loop are left the corners of the rectangle.
+    for (const auto& [loop, cells] : {std::pair("boundary", "N"), std::pair("ids", "count")}) {
+        if (!a.has(loop)) continue;
+        a[loop] = ID_list{0, 3, 5, 8, 0};
+        a[cells] = 1u;
+    }
     if (!a.has("connect")) return;
     IDs& connect = a.get<IDs>("connect");
     connect = reshaped(connect, connect.rows, 1);

@@ -134,9 +134,21 @@ bool smaller_patch(const exported& e, const arguments&, const result& got, const
     return got.status == 0;
 }
 
+/// `coords` begins with the nodes from before, and has at most `per_element` new ones an element.
+bool nodes_are_added(const exported& e, const arguments& fresh, const result& got,
+                     std::size_t per_element)
+{
+    const picture before = picture_of(fresh["coords"]);
+    const picture& now = held(e, got, "coords");
+    return now.cols >= before.cols &&
+           now.cols <= before.cols + per_element * fresh.cols("connect") &&
+           keeps_columns(before, now);
+}
+
 /// The elements keep their corners, and every node that a side lists stands where it would stand
 /// undisturbed; a side without nodes lists none, or one that was met again has a run of its own.
-bool side_without_nodes(const exported& e, const arguments&, const result& got, const result& calm)
+bool side_without_nodes(const exported& e, const arguments& fresh, const result& got,
+                        const result& calm)
 {
     const bool in_place = e.slots.size() < 7;
     const picture& now = held(e, got, in_place ? "connect" : "result");
@@ -150,7 +162,32 @@ bool side_without_nodes(const exported& e, const arguments&, const result& got, 
             if (now(i, j) >= points.cols || wanted(i, j) == UNSET_ID) return false;
             if (!same_column(points, now(i, j), wanted_points, wanted(i, j))) return false;
         }
-    return got.status == 0;
+    return got.status == 0 && nodes_are_added(e, fresh, got, now.rows - fresh.rows("connect"));
+}
+
+/// True if some element has all nodes of column `j` of `children` that are neither new nor middles
+/// of the given edges.
+bool is_inside_one(const arguments& fresh, const picture& children, std::size_t j)
+{
+    const IDs& connect = fresh.get<IDs>("connect");
+    const IDs& edges = fresh.get<IDs>("edges");
+    const std::size_t nodes = fresh.cols("coords");
+    const auto is_middle = [&](std::uint64_t id) {
+        for (std::size_t k = 0; k < edges.cols && edges.rows == 3; ++k)
+            if (edges(2, k) == id) return true;
+        return false;
+    };
+    for (std::size_t parent = 0; parent < connect.cols; ++parent) {
+        const unsigned* const corners = connect.column(parent);
+        bool all = true;
+        for (std::size_t i = 0; i < children.rows; ++i) {
+            const std::uint64_t id = children(i, j);
+            all = all && (id == UNSET_ID || id >= nodes || is_middle(id) ||
+                          std::find(corners, corners + connect.rows, id) != corners + connect.rows);
+        }
+        if (all) return true;
+    }
+    return false;
 }
 
 /// The same inside the cut into quadrilaterals: a corner of a child can be missing, and a
@@ -160,7 +197,11 @@ bool child_without_corner(const exported& e, const arguments& fresh, const resul
 {
     const picture& now = held(e, got, "result");
     const std::size_t bound = held(e, got, "coords").cols;
-    return got.status == 0 && now.rows == 4 && now.cols <= held(e, calm, "result").cols &&
+    for (std::size_t j = fresh.cols("result"); j < now.cols; ++j)
+        if (!is_inside_one(fresh, now, j)) return false;
+    // A node for each side and one inside.
+    return got.status == 0 && nodes_are_added(e, fresh, got, 5) && now.rows == 4 &&
+           now.cols <= held(e, calm, "result").cols &&
            keeps_columns(picture_of(fresh["result"]), now) && good_or_unset(now, bound);
 }
 

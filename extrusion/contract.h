@@ -11,8 +11,8 @@ enum class swept_element { Q4, T3 };
 /// Row count of `coords` after a growth that failed half way.
 enum class restored_rows { AT_ENTRY, TWO };
 
-/// The settled interface of one overload. Arguments are numbered from 1 as the status reports them;
-/// 0 means that the overload makes no such check.
+/// What callers rely on in one overload, kept as it is. Arguments are numbered from 1 as the status
+/// reports them; 0 means that the overload makes no such check.
 struct extrusion_contract {
     swept_element element;
     /// `coords` may have 2 rows, and up to this many.

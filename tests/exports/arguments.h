@@ -68,7 +68,7 @@ struct slot {
     std::optional<state> thrown = std::nullopt;
     /// Rows that the call may use on the way, beyond those before and after.
     std::size_t rows_on_the_way = 0;
-    /// Settled interface: some lists of boundary nodes take columns away.
+    /// Some lists of boundary nodes take columns away (kept: callers rely on it).
     bool may_shrink = false;
 };
 

@@ -103,6 +103,7 @@ std::vector<golden_call> conversion_calls()
              for (const ids& q : in.quadratic) {
                  out.from(function, q.name);
                  dense2D<unsigned> connect = own(q.connect);
+                 out.before("connect", connect);
                  out.add("status", convert_into_linear(connect));
                  out.add("connect", connect);
              }
@@ -125,6 +126,7 @@ std::vector<golden_call> conversion_calls()
                      dense2D<unsigned> edges;
                      dense2D<unsigned> result;
                      const unsigned in_quads = nodes == 3 ? 9 : nodes == 4 ? 4 : 1;
+                     out.before("coords", coords);
                      out.add("status",
                              convert_into_high_order(coords, m.connect, nodes, in_quads,
                                                      nodes == 4 ? 3 : nodes / 3, result, edges));
@@ -141,6 +143,8 @@ std::vector<golden_call> conversion_calls()
                  dense2D<unsigned> connect = own(m.connect);
                  dense2D<unsigned> edges;
                  all_of_edge_nodes(m, edges, 4);
+                 out.before("coords", coords);
+                 out.before("connect", connect);
                  out.add("status", convert_into_high_order(coords, connect, 2, 4, 3, edges));
                  out.add("coords", coords);
                  out.add("connect", connect);
@@ -152,6 +156,8 @@ std::vector<golden_call> conversion_calls()
                  out.from(function, name);
                  dense2D<double> coords = own(m.coords);
                  dense2D<unsigned> connect = own(m.connect);
+                 out.before("coords", coords);
+                 out.before("connect", connect);
                  out.add("status", convert_into_quadratic(coords, connect));
                  out.add("coords", coords);
                  out.add("connect", connect);
@@ -165,6 +171,8 @@ std::vector<golden_call> conversion_calls()
                  dense2D<unsigned> connect = own(m.connect);
                  dense2D<unsigned> edges;
                  all_of_edge_nodes(m, edges, 3);
+                 out.before("coords", coords);
+                 out.before("connect", connect);
                  out.add("status", convert_into_quadratic(coords, connect, edges));
                  out.add("coords", coords);
                  out.add("connect", connect);
@@ -178,6 +186,7 @@ std::vector<golden_call> conversion_calls()
                  dense2D<unsigned> edges;
                  dense2D<unsigned> result;
                  all_of_edge_nodes(m, edges, 3);
+                 out.before("coords", coords);
                  out.add("status", split_into_Q4(coords, m.connect, result, edges));
                  out.add("coords", coords);
                  out.add("result", result);
@@ -231,6 +240,7 @@ std::vector<golden_call> structured_calls()
                  out.from(function, l.name);
                  dense2D<double> coords = own(l.coords);
                  dense2D<unsigned> connectQ;
+                 out.before("coords", coords);
                  out.add("status", mesh_struct_Q4(coords, l.boundary, l.n, connectQ));
                  out.add("coords", coords);
                  out.add("connectQ", connectQ);
@@ -243,6 +253,7 @@ std::vector<golden_call> structured_calls()
                      out.from(function, l.name + ", pattern " + std::to_string(pattern));
                      dense2D<double> coords = own(l.coords);
                      dense2D<unsigned> connectT;
+                     out.before("coords", coords);
                      out.add("status", mesh_struct_T3(coords, l.boundary, l.n, pattern, connectT));
                      out.add("coords", coords);
                      out.add("connectT", connectT);
@@ -253,6 +264,7 @@ std::vector<golden_call> structured_calls()
              for (const ids& q : in.quadratic) {
                  out.from(function, q.name);
                  dense2D<unsigned> connect = own(q.connect);
+                 out.before("connect", connect);
                  out.add("status", flip(connect));
                  out.add("connect", connect);
              }
@@ -262,6 +274,7 @@ std::vector<golden_call> structured_calls()
              for (const ids& q : in.quadratic) {
                  out.from(function, q.name);
                  dense2D<unsigned> connect = own(q.connect);
+                 out.before("connect", connect);
                  out.add("status", flip(connect, ELEMENT_ANY_FACE));
                  out.add("connect", connect);
              }
@@ -273,6 +286,7 @@ std::vector<golden_call> structured_calls()
                  dense2D<unsigned> connect = own(m.connect);
                  for (std::size_t e = 0; connect.rows == 4 && e < connect.cols; e += 3)
                      connect(e / 3 % 4, e) = connect((e / 3 + 1) % 4, e);
+                 out.before("connect", connect);
                  out.add("status", convert_degenerated_Q4(connect));
                  out.add("connect", connect);
              }
@@ -283,6 +297,7 @@ std::vector<golden_call> structured_calls()
                  out.from(function, q.name);
                  dense2D<unsigned> connect = own(q.connect);
                  dense1D<unsigned, 8> converted;
+                 out.before("connect", connect);
                  out.add("status", convert_degenerated_Q(connect, converted));
                  out.add("connect", connect);
                  out.add("converted_IDs", converted);
@@ -300,6 +315,8 @@ std::vector<golden_call> structured_calls()
                      // Those from before are at the wrong sides of the elements that were turned.
                      dense2D<unsigned> neighbors =
                          own(contradictory ? m.neighbors : support::neighbors_of(connect));
+                     out.before("connect", connect);
+                     out.before("neighbors", neighbors);
                      out.add("status", mesh_reorient(connect, neighbors, 3, 1));
                      out.add("connect", connect);
                      out.add("neighbors", neighbors);

@@ -4,7 +4,9 @@
 #include "golden_inputs.h"
 
 #include <cstring>
+#include <map>
 #include <ostream>
+#include <utility>
 
 namespace golden {
 
@@ -14,6 +16,8 @@ struct entry {
     std::uint32_t index;
     bool is_real;
     std::uint64_t bits;
+    /// A count of rows, columns or entries.
+    bool is_shape = false;
 };
 
 inline bool operator==(const entry& a, const entry& b)
@@ -44,23 +48,56 @@ public:
     void add(const char* what, const vorel::dense1D<T, 8>& run)
     {
         label(what);
-        whole(0, run.size);
+        shape(run.size);
         for (std::size_t i = 0; i < run.size; ++i) put(i, run[i]);
     }
     template <class T>
     void add(const char* what, const vorel::dense2D<T>& m)
     {
         label(what);
-        whole(0, m.rows);
-        whole(0, m.cols);
+        shape(m.rows);
+        shape(m.cols);
         for (std::size_t j = 0; j < m.cols; ++j)
             for (std::size_t i = 0; i < m.rows; ++i) put(j * m.rows + i, m(i, j));
+    }
+
+    /// What an argument holds that the call is going to change.
+    template <class Container>
+    void before(const char* what, const Container& held)
+    {
+        results of_it;
+        of_it.add(what, held);
+        inputs_of[call + what] = std::move(of_it.entries);
+    }
+
+    /// The entries that are not zero and were not there before. Shapes and statuses don't count.
+    std::size_t written() const
+    {
+        std::size_t n = 0;
+        std::size_t first = 0;
+        for (std::size_t k = 0; k < entries.size(); ++k) {
+            const entry& e = entries[k];
+            if (k > 0 && e.label != entries[k - 1].label) first = k;
+            const std::string& name = labels[e.label];
+            if (e.is_shape || e.bits == 0 || name.substr(name.rfind('\t') + 1) == "status")
+                continue;
+            const auto held = inputs_of.find(name);
+            const bool same = held != inputs_of.end() && k - first < held->second.size() &&
+                              held->second[k - first].bits == e.bits;
+            n += !same;
+        }
+        return n;
     }
 
     std::vector<std::string> labels;
     std::vector<entry> entries;
 
 private:
+    void shape(std::size_t number)
+    {
+        whole(0, number);
+        entries.back().is_shape = true;
+    }
     void label(const char* what) { labels.push_back(call + what); }
     void put(std::size_t index, double number) { real(index, number); }
     void put(std::size_t index, unsigned number) { whole(index, number); }
@@ -75,10 +112,11 @@ private:
     void write(std::size_t index, bool is_real, std::uint64_t bits)
     {
         entries.push_back({static_cast<unsigned>(labels.size() - 1),
-                           static_cast<std::uint32_t>(index), is_real, bits});
+                           static_cast<std::uint32_t>(index), is_real, bits, false});
     }
 
     std::string call;
+    std::map<std::string, std::vector<entry>> inputs_of;
 };
 
 inline bool operator==(const results& a, const results& b)

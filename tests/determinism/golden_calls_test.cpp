@@ -52,14 +52,14 @@ TEST(GoldenCalls, SucceedWithResultsForEveryFunction)
         results out;
         call.run(call.function, in, out);
         int succeeded = 0;
-        bool wrote = false;
         for (const entry& e : out.entries) {
             const std::string& label = out.labels[e.label];
             const bool is_status = label.compare(label.rfind('\t') + 1, 6, "status") == 0;
             if (is_status) succeeded += static_cast<std::int64_t>(e.bits) >= 0;
-            wrote |= !is_status && e.bits != 0;
         }
-        EXPECT_TRUE(wrote) << call.function;
+        // Kept: the matrix form leaves every field as it is.
+        const bool idle = std::strcmp(call.function, "interpolate(matrix)") == 0;
+        EXPECT_EQ(out.written() == 0, idle) << call.function;
         if (std::strcmp(call.function, "version") != 0) {
             EXPECT_GE(succeeded, 3) << call.function;
         }

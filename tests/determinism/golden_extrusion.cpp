@@ -35,6 +35,7 @@ void sweep(const char* function, const std::vector<line>& lines, const std::stri
         out.from(function, l.name + " of " + std::to_string(l.coords.rows) + " rows, " + how);
         dense2D<double> coords = own(l.coords);
         dense2D<unsigned> result;
+        out.before("coords", coords);
         out.add("status", call(coords, l.connect, result));
         out.add("coords", coords);
         out.add("result", result);

@@ -51,6 +51,7 @@ std::vector<golden_call> interpolation_calls()
              for (const background& b : in.backgrounds) {
                  out.from(function, b.of.name);
                  dense2D<double> field = metrics_of(3, b.of.coords.cols);
+                 out.before("field", field);
                  out.add("status", interpolate(b.of.coords, b.of.connect, b.of.neighbors,
                                                b.of.node_element, field, b.nodes, b.type));
                  out.add("field", field);
@@ -61,6 +62,7 @@ std::vector<golden_call> interpolation_calls()
              for (const background& b : in.backgrounds) {
                  out.from(function, b.of.name);
                  dense1D<double, 8> field = numbers(b.of.coords.cols);
+                 out.before("field", field);
                  out.add("status", interpolate(b.of.coords, b.of.connect, b.of.neighbors,
                                                b.of.node_element, field, b.nodes, b.type));
                  out.add("field", field);
@@ -72,6 +74,7 @@ std::vector<golden_call> interpolation_calls()
                  for (const std::size_t rows : {3u, 6u}) {
                      out.from(function, b.of.name + ", rows " + std::to_string(rows));
                      dense2D<double> metrics = metrics_of(rows, b.of.coords.cols);
+                     out.before("metrics", metrics);
                      out.add("status", interpolate_metrics(b.of.coords, b.of.connect,
                                                            b.of.neighbors, b.of.node_element,
                                                            metrics, b.nodes, false, b.type));
@@ -87,6 +90,7 @@ std::vector<golden_call> interpolation_calls()
                      for (std::size_t j = 0; j < metrics.cols; j += 2)
                          if (b.of.node_element[j] == UNSET_ID)
                              std::fill_n(metrics.column(j), rows, 0.0);
+                     out.before("metrics", metrics);
                      out.add("status",
                              interpolate_metrics(b.of.coords, b.of.connect, b.of.neighbors,
                                                  b.of.node_element, metrics, true, b.type));
@@ -98,6 +102,7 @@ std::vector<golden_call> interpolation_calls()
              for (const background& b : in.backgrounds) {
                  out.from(function, b.of.name);
                  dense1D<double, 8> sizes = numbers(b.of.coords.cols);
+                 out.before("sizes", sizes);
                  out.add("status",
                          interpolate_metrics(b.of.coords, b.of.connect, b.of.neighbors,
                                              b.of.node_element, sizes, b.nodes, false, b.type));
@@ -111,6 +116,7 @@ std::vector<golden_call> interpolation_calls()
                  dense1D<double, 8> sizes = numbers(b.of.coords.cols);
                  for (std::size_t j = 0; j < sizes.size; j += 2)
                      if (b.of.node_element[j] == UNSET_ID) sizes[j] = 0.0;
+                 out.before("sizes", sizes);
                  out.add("status", interpolate_metrics(b.of.coords, b.of.connect, b.of.neighbors,
                                                        b.of.node_element, sizes, true, b.type));
                  out.add("sizes", sizes);
@@ -127,6 +133,7 @@ std::vector<golden_call> metric_calls()
              for (const loop& l : in.loops) {
                  out.from(function, l.name);
                  dense1D<double, 8> sizes = numbers(l.coords.cols);
+                 out.before("sizes", sizes);
                  out.add("status", metrics_struct(l.boundary, l.n, sizes));
                  out.add("sizes", sizes);
              }
@@ -137,6 +144,7 @@ std::vector<golden_call> metric_calls()
                  for (const std::size_t rows : {3u, 6u}) {
                      out.from(function, l.name + ", rows " + std::to_string(rows));
                      dense2D<double> metrics = metrics_of(rows, l.coords.cols);
+                     out.before("metrics", metrics);
                      out.add("status", metrics_struct(l.boundary, l.n, metrics));
                      out.add("metrics", metrics);
                  }
@@ -179,6 +187,7 @@ std::vector<golden_call> metric_calls()
                  for (const double size : {0.0, 0.125, -0.3}) {
                      out.from(function, m.name + ", size " + std::to_string(size));
                      dense2D<double> metrics = metrics_of(6, 20);
+                     out.before("metrics", metrics);
                      out.add("status", metrics_gen_aniso3d(m.coords, m.connect, size, metrics));
                      out.add("metrics", metrics);
                  }

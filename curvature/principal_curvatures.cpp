@@ -19,7 +19,7 @@ void fill_seeds(const dense2D<unsigned>& connect, unsigned* seeds)
 
 /// All triangles, each near those before it: breadth first across edges. Nodes don't depend on one
 /// another, so they may come in any order, and in this one neighbouring patches find their
-/// triangles in the cache however the mesh is numbered.
+/// triangles in the cache however the mesh is numbered. Each triangle enters once, as it is marked.
 void fill_visiting_order(const surface_patches& surface, generation_marks& marks, unsigned* order)
 {
     const surface_patches::links* const triangles = surface.triangles.begin();

@@ -115,7 +115,8 @@ public:
 
     /// The live slot of the key, inserted if absent; a map keeps the value of the first insertion.
     /// When no storage can be had for a new slot nothing is inserted, which only `count` shows, and
-    /// the chain's last slot comes back; null when the table has no buckets.
+    /// the chain's last slot comes back; null when the table has no buckets. It goes down one chain,
+    /// as `find` does.
     slot* find_or_insert(std::size_t hash, const Key& key);
     slot* find_or_insert(const Key& key) { return find_or_insert(policy::hash(key), key); }
 

@@ -25,7 +25,9 @@ public:
     /// Finds the element that holds the point, starting at `element`, or near the point when that
     /// is `UNSET_ID`. Returns whether one was found; `element` is `UNSET_ID` otherwise. A walk over
     /// an improper element ends the search, also when another element holds the point. Allocates in
-    /// the fallback only, in containers that are kept.
+    /// the fallback only, in containers that are kept. One walk, and in the fallback one more for
+    /// each element of the ball of a node: whatever the neighbors say, at most
+    /// (1 + elements of the ball) * (elements + 1) steps.
     bool locate_element(const vec2& point, unsigned& element, double tolerance, bool allow_fallback,
                         side_draw& draw, const known_tests& known = known_tests());
 

@@ -89,6 +89,7 @@ bool node_quadtree::add_to_leaf(unsigned cell, unsigned level, unsigned id)
 
 bool node_quadtree::split_leaf(unsigned cell, unsigned level, unsigned id)
 {
+    // Leads to further splits below itself only, each a level further down; level 0 has none.
     if (level == 0) return false;
     unsigned children[4];
     for (unsigned& child : children)
@@ -107,6 +108,7 @@ bool node_quadtree::split_leaf(unsigned cell, unsigned level, unsigned id)
 
 bool node_quadtree::allocate_cell(unsigned& cell)
 {
+    // Each time an entry is taken off the stack.
     while (free_stack.size > 0) {
         const std::uint64_t top = free_stack[--free_stack.size];
         if (top >= cells.cols) continue;
@@ -183,6 +185,7 @@ void node_quadtree::first_candidate(integer_point at, node_search& search,
                                     const node_filter& filter) const
 {
     leaf_place place;
+    // Each step goes down one of 32 levels.
     for (const unsigned* c = column(0); !is_leaf(c); c = column(place.leaf)) {
         --place.level;
         place.parent = place.leaf;
@@ -280,6 +283,7 @@ void node_quadtree::approximate_nodes(const vec2* points, unsigned n, const node
         }
     unsigned moving[BLOCK];
     std::copy(inside, inside + searched, moving);
+    // Each round takes all that are on the way down one of 32 levels.
     for (unsigned on_the_way = searched; on_the_way > 0;) {
         unsigned left = 0;
         for (unsigned k = 0; k < on_the_way; ++k) {
@@ -324,6 +328,7 @@ unsigned node_quadtree::nearest_node(const vec2& point, double& distance2,
             (search.low.x ^ search.high.x) | (search.low.y ^ search.high.y);
         const unsigned target = differing ? highest_bit(differing) + 1 : 1;
         cell_place place;
+        // Each step goes down one of 32 levels.
         for (const unsigned* c = column(0); !is_leaf(c) && place.level > target;
              c = column(place.cell)) {
             --place.level;

@@ -131,7 +131,8 @@ struct node_quadtree {
                           const node_filter& filter) const;
 
     /// Depth first through the cells below `start` that meet the search's box, which shrinks with
-    /// each better node. `skip_cell` is left out. No cell is met twice: each has one parent.
+    /// each better node. `skip_cell` is left out. No cell is met twice, each has one parent:
+    /// a step takes an entry off the stack, and there is at most one entry for each cell.
     void search_cells(node_search& search, const cell_place& start, unsigned skip_cell,
                       const node_filter& filter) const;
 

@@ -166,6 +166,8 @@ public:
     {
     }
 
+    /// Each round visits an element that was not visited before, the first one `seed`; the search
+    /// for the next one goes on where the last one ended.
     int sweep(std::size_t seed, bool all_regions)
     {
         std::size_t e = seed;
@@ -180,6 +182,8 @@ private:
     /// Places in the queue between an element whose surroundings are fetched and the visited one.
     static constexpr std::size_t AHEAD = 8;
 
+    /// Visits what hangs together with an element. Each round takes an element off the queue, which
+    /// each enters once, whatever the neighbors say.
     void traverse(std::size_t start)
     {
         push(start);

@@ -1,5 +1,6 @@
 // Loops over a mesh that contradicts itself: each keeps the bound that it states.
 #include "interpolation/background.h"
+#include "interpolation/background_locator.h"
 #include "interpolation/ball.h"
 #include "interpolation/node_quadtree.h"
 #include "interpolation/walk.h"
@@ -70,6 +71,34 @@ TEST(Termination, WalkRoundACircleOfProperElementsEndsAtItsLimit)
     EXPECT_EQ(walk_to_element<mesh_form::T3>(mesh, {{-1, 99}}, element, 1e-6, steps, draw),
               WALK_LEFT);
     EXPECT_EQ(steps, 201u);
+}
+
+TEST(Termination, SearchTakesOneWalkAndOneForEachElementOfTheBallAtMost)
+{
+    std::size_t with_fallback = 0;
+    for (unsigned seed = 1; seed <= 2000; ++seed) {
+        const background b = contradictory(seed);
+        background_locator<mesh_form::T3> locator(b.coords, b.connect, b.neighbors, b.node_element);
+        (void)locator.fill_tree();
+        std::mt19937 places(seed);
+        const vec2 point{
+            {static_cast<double>(places() % 12) / 2, static_cast<double>(places() % 10) / 2}};
+        side_draw draw;
+        unsigned element = static_cast<unsigned>(places() % b.connect.cols);
+        (void)locator.locate_element(point, element, 1e-6, true, draw);
+        // A step takes a draw, but for the one that meets the limit.
+        const std::size_t walk = b.connect.cols, most = (1 + b.connect.cols) * walk;
+        side_draw repeated;
+        std::size_t draws = 0;
+        while (draws <= most &&
+               !(repeated.draws_left == draw.draws_left && repeated.generator == draw.generator)) {
+            (void)repeated.draw();
+            ++draws;
+        }
+        ASSERT_LE(draws, most) << "seed " << seed;
+        with_fallback += draws > walk;
+    }
+    EXPECT_GT(with_fallback, 0u) << "some walk more than once";
 }
 
 TEST(Termination, BallPushesAnElementOnce)

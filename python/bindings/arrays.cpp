@@ -14,13 +14,20 @@ namespace {
 template <class T>
 constexpr const char* dtype_name = std::is_same_v<T, double> ? "float64" : "uint32";
 
-/// What is wrong with the dtype or the order of an array, and the one line that mends it.
+/// What is wrong with an array, and the one line that mends it.
+template <class T>
+[[noreturn]] void refuse(const char* name, const std::string& found, const std::string& remedy)
+{
+    throw py::type_error(std::string(name) + " must be " + dtype_name<T> + " in C order, not " +
+                         found + ": use " + remedy);
+}
+
+/// As above, for another dtype or order.
 template <class T>
 [[noreturn]] void refuse(const char* name, const std::string& found)
 {
-    const std::string dtype = dtype_name<T>;
-    throw py::type_error(std::string(name) + " must be " + dtype + " in C order, not " + found +
-                         ": use np.ascontiguousarray(" + name + ", dtype=np." + dtype + ")");
+    refuse<T>(name, found,
+              std::string("np.ascontiguousarray(") + name + ", dtype=np." + dtype_name<T> + ")");
 }
 
 /// The argument as an array of that dtype and number of dimensions.
@@ -37,7 +44,10 @@ py::array checked(const py::object& object, const char* name, py::ssize_t dimens
                               (dimensions == 1 ? " dimension" : " dimensions") + ", not " +
                               std::to_string(array.ndim()));
     if (reinterpret_cast<std::uintptr_t>(array.data()) % alignof(T) != 0)
-        refuse<T>(name, "unaligned");
+        // np.ascontiguousarray leaves such memory as it is.
+        refuse<T>(name, "unaligned",
+                  std::string("np.require(") + name + ", np." + dtype_name<T> +
+                      ", [\"C\", \"A\"])");
     return array;
 }
 
@@ -69,14 +79,36 @@ void close_gaps(dense2D<T>& m)
     m.ld = m.rows;
 }
 
+/// True if NumPy holds the entries as real numbers: no text, which a cast would read, and no
+/// complex ones, of which it would drop a half. A single object may be a number all the same.
+bool holds_numbers(const py::array& array)
+{
+    const char kind = array.dtype().kind();
+    return std::strchr("biuf", kind) || (kind == 'O' && array.ndim() == 0);
+}
+
 py::array_t<double> numbers_of(const py::object& object, const char* name)
 {
-    auto numbers = py::array_t<double, py::array::c_style | py::array::forcecast>::ensure(object);
-    if (!numbers || numbers.ndim() > 1) {
+    py::array_t<double, py::array::c_style | py::array::forcecast> numbers;
+    const auto given = py::array::ensure(object);
+    const bool is_sequence = given && given.ndim() <= 1 && holds_numbers(given);
+    if (is_sequence) numbers = decltype(numbers)::ensure(given);
+    if (!is_sequence || !numbers) {
         PyErr_Clear();
         throw py::type_error(std::string(name) + " must be a sequence of numbers");
     }
     return std::move(numbers);
+}
+
+/// The Python int of a number that stands for one.
+py::object index_of(const py::object& number, const char* name)
+{
+    auto index = py::reinterpret_steal<py::object>(PyNumber_Index(number.ptr()));
+    if (!index) {
+        PyErr_Clear();
+        throw py::type_error(std::string(name) + " must be an integer");
+    }
+    return index;
 }
 
 } // namespace
@@ -173,17 +205,22 @@ double real(const py::object& number, const char* name)
 
 unsigned count(const py::object& number, const char* name)
 {
-    const auto integer = py::reinterpret_steal<py::object>(PyNumber_Index(number.ptr()));
-    if (!integer) {
-        PyErr_Clear();
-        throw py::type_error(std::string(name) + " must be an integer");
-    }
-    const long long value = PyLong_AsLongLong(integer.ptr());
+    const py::object index = index_of(number, name);
+    const long long value = PyLong_AsLongLong(index.ptr());
     const bool overflows = value == -1 && PyErr_Occurred();
     PyErr_Clear();
     if (overflows || value < 0 || value > std::numeric_limits<unsigned>::max())
         throw py::value_error(std::string(name) + " must be from 0 to 4294967295");
     return static_cast<unsigned>(value);
+}
+
+int integer(const py::object& number, const char* name)
+{
+    using limits = std::numeric_limits<int>;
+    int overflow = 0;
+    const long long value = PyLong_AsLongLongAndOverflow(index_of(number, name).ptr(), &overflow);
+    if (overflow != 0) return overflow < 0 ? limits::min() : limits::max();
+    return static_cast<int>(std::clamp<long long>(value, limits::min(), limits::max()));
 }
 
 vorel::element_type element_code(const py::object& type, vorel::element_type otherwise)

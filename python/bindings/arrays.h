@@ -91,6 +91,9 @@ double real(const py::object& number, const char* name);
 /// An integer from 0 to 4294967295. Raises TypeError or ValueError naming the argument.
 unsigned count(const py::object& number, const char* name);
 
+/// An integer; the nearest `int` for one that does not fit. Raises TypeError naming the argument.
+int integer(const py::object& number, const char* name);
+
 /// The code of an element type; `otherwise` for None.
 vorel::element_type element_code(const py::object& type, vorel::element_type otherwise);
 

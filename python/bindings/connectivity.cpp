@@ -157,7 +157,10 @@ connect : (m, 3) or (m, 4) uint32
 neighbors : (m, 3) or (m, 4) uint32
     Follows the flips.
 flips : int
-    Number of elements that were flipped.)");
+    Number of elements that were flipped.
+
+Raises ValueError when `neighbors` names an element that does not hold the common edge, unless two
+or more flips followed; `flips` is then too small.)");
 
     m.def("get_connected_elements", &get_connected_elements, py::arg("connect"),
           py::arg("neighbors"), py::arg("node_element"),

@@ -127,6 +127,7 @@ triangles, and a chosen size along their normals.
 Parameters
 ----------
 coords : (n, 3) float64
+    Or more columns, which count in edge lengths.
 connect : (m, 3) uint32
 normal_size : float
     0 asks for the mean edge length h, a positive one for itself, a negative one for
@@ -137,7 +138,7 @@ metrics : (k, 6) float64, optional
 Returns
 -------
 metrics : (max(k, largest ID + 1), 6) float64
-    m00, m01, m11, m02, m12, m22.)");
+    m00, m01, m11, m02, m12, m22. Without triangles at least one row, of zeros.)");
 }
 
 } // namespace tessalo2d_python

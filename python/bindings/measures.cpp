@@ -111,7 +111,7 @@ Parameters
 coords : (n, 3) float64
 connect : (m, 3) or (m, 4) uint32
 unit_length : bool
-    False leaves it twice the area long.
+    False leaves it twice the area long, in a quadrilateral twice the vector area.
 
 Returns
 -------

@@ -19,6 +19,8 @@ py::array convert_into_linear(const py::object& connect)
     const std::size_t corners = elements.rows == 6 ? 3 : 4;
     run("convert_into_linear", {{-1, "connect must have 6 columns (T6), or 8 or 9 (Q8, Q9, T6)"}},
         [&] { return lib::convert_into_linear(elements); });
+    // The library leaves one without entries as it is; the columns of the result are the corners.
+    if (elements.is_empty()) elements.clear();
     return to_array(elements, corners);
 }
 

@@ -103,12 +103,13 @@ py::tuple extrude_rotate_Q4(const py::object& coords, const py::object& connect,
 py::tuple extrude_rotate_T3(const py::object& coords, const py::object& connect,
                             const py::object& center, const py::object& rotation,
                             const py::object& N, const py::object& h0, const py::object& h1,
-                            bool force_even, int pattern, const py::object& connectT)
+                            bool force_even, const py::object& pattern, const py::object& connectT)
 {
     const layers wanted(N, h0, h1, force_even);
     extrusion on(coords, connect, connectT, "connectT");
-    if (in_plane(center, rotation)) return rotate_T3<2>(on, center, rotation, wanted, pattern);
-    return rotate_T3<3>(on, center, rotation, wanted, pattern);
+    const int cuts = integer(pattern, "pattern");
+    if (in_plane(center, rotation)) return rotate_T3<2>(on, center, rotation, wanted, cuts);
+    return rotate_T3<3>(on, center, rotation, wanted, cuts);
 }
 
 /// The three vectors of a screw motion.
@@ -153,11 +154,12 @@ py::tuple extrude_spiral_T3(const py::object& coords, const py::object& connect,
                             const py::object& center, const py::object& rotation,
                             const py::object& translation, const py::object& N,
                             const py::object& h0, const py::object& h1, bool force_even,
-                            int pattern, const py::object& connectT)
+                            const py::object& pattern, const py::object& connectT)
 {
     const layers wanted(N, h0, h1, force_even);
     const screw by(center, rotation, translation);
     extrusion on(coords, connect, connectT, "connectT");
+    const int cuts = integer(pattern, "pattern");
     constexpr const char* name = "extrude_spiral_T3";
     if (wanted.by_size)
         // Kept by the library: -4 for h1.
@@ -165,13 +167,13 @@ py::tuple extrude_spiral_T3(const py::object& coords, const py::object& connect,
             {needs::coords, needs::lines, {-6, needs::h0}, {-4, needs::h1}, {-10, needs::tris}},
             [&] {
                 return lib::extrude_spiral_T3(on.nodes, on.lines, by.center, by.rotation,
-                                              by.translation, wanted.h0, wanted.h1, pattern,
+                                              by.translation, wanted.h0, wanted.h1, cuts,
                                               wanted.force_even, on.output);
             });
     else
         run(name, {needs::coords, needs::lines, {-6, needs::translation}, {-10, needs::tris}}, [&] {
             return lib::extrude_spiral_T3(on.nodes, on.lines, by.center, by.rotation,
-                                          by.translation, wanted.N, pattern, on.output);
+                                          by.translation, wanted.N, cuts, on.output);
         });
     return on.results(3);
 }
@@ -256,7 +258,8 @@ coords : (n, 2) or (n, 3) float64
 connect : (m, 2) uint32
     Edges.
 center, rotation, translation : 3 numbers
-    `rotation` is as long as the angle in radians.
+    `rotation` is as long as the angle in radians. A `translation` of no length is refused with
+    `N`; with sizes it makes no layer.
 N, h0, h1, force_even
     As in `extrude_translate_Q4`. Sizes are spread on the translation.
 connectQ : (k, 4) uint32, optional
@@ -265,6 +268,7 @@ connectQ : (k, 4) uint32, optional
 Returns
 -------
 coords : (n + new, 3) float64
+    Plane ones are (n, 2) still where there is nothing to do: no layer, or an empty `connect`.
 connectQ : (k + m N, 4) uint32)");
 
     m.def(
@@ -289,6 +293,7 @@ connectT : (k, 3) uint32, optional
 Returns
 -------
 coords : (n + new, 3) float64
+    As by `extrude_spiral_Q4`.
 connectT : (k + 2 m N, 3) uint32)");
 }
 

@@ -49,7 +49,7 @@ py::array split_Q4_into_T3_by_quality(const py::object& coords, const py::object
 
 py::tuple split_Q4_into_T3_gated(const py::object& coords, const py::object& connect,
                                  double min_shape_quality, double min_angle_quality,
-                                 double min_warp, int diagonal_criterion,
+                                 double min_warp, const py::object& diagonal_criterion,
                                  const py::object& kept_IDs, const py::object& split_IDs,
                                  const py::object& result)
 {
@@ -58,6 +58,7 @@ py::tuple split_Q4_into_T3_gated(const py::object& coords, const py::object& con
     auto kept = growing_list<unsigned>(kept_IDs, "kept_IDs");
     auto split = growing_list<unsigned>(split_IDs, "split_IDs");
     auto pieces = growing_matrix<unsigned>(result, "result");
+    const int criterion = integer(diagonal_criterion, "diagonal_criterion");
     run("split_Q4_into_T3_gated",
         {needs::coords,
          {-2, "connect must have 4 columns (Q4, or T3 with UNSET_ID in the last) and IDs below the "
@@ -65,7 +66,7 @@ py::tuple split_Q4_into_T3_gated(const py::object& coords, const py::object& con
          {-8, "result must have 4 columns"}},
         [&] {
             return lib::split_Q4_into_T3(nodes, elements, min_shape_quality, min_angle_quality,
-                                         min_warp, diagonal_criterion, kept, split, pieces);
+                                         min_warp, criterion, kept, split, pieces);
         });
     return py::make_tuple(to_array(pieces, 4), to_array(kept), to_array(split));
 }

@@ -26,19 +26,20 @@ py::tuple mesh_struct_Q4(const py::object& coords, const py::object& boundary, c
 }
 
 py::tuple mesh_struct_T3(const py::object& coords, const py::object& boundary, const py::object& N,
-                         int pattern, const py::object& connectT)
+                         const py::object& pattern, const py::object& connectT)
 {
     auto nodes = growing_matrix<double>(coords, "coords");
     const auto around = list<unsigned>(boundary, "boundary");
     auto elements = growing_matrix<unsigned>(connectT, "connectT");
     const unsigned subdivisions = count(N, "N");
+    const int cuts = integer(pattern, "pattern");
     run("mesh_struct_T3",
         {needs::coords,
          loop,
          sides,
          {-4, "pattern must be 0, 1 or 2"},
          {-5, "connectT must have 3 columns"}},
-        [&] { return lib::mesh_struct_T3(nodes, around, subdivisions, pattern, elements); });
+        [&] { return lib::mesh_struct_T3(nodes, around, subdivisions, cuts, elements); });
     return py::make_tuple(to_array(nodes, 2), to_array(elements, 3));
 }
 

@@ -84,13 +84,14 @@ py::tuple extrude_translate_Q4(const py::object& coords, const py::object& conne
 
 py::tuple extrude_translate_T3(const py::object& coords, const py::object& connect,
                                const py::object& V, const py::object& N, const py::object& h0,
-                               const py::object& h1, bool force_even, int pattern,
+                               const py::object& h1, bool force_even, const py::object& pattern,
                                const py::object& connectT)
 {
     const layers wanted(N, h0, h1, force_even);
     extrusion on(coords, connect, connectT, "connectT");
-    if (in_plane(V)) return translate_T3(on, vector<2>(V, "V"), wanted, pattern);
-    return translate_T3(on, vector<3>(V, "V"), wanted, pattern);
+    const int cuts = integer(pattern, "pattern");
+    if (in_plane(V)) return translate_T3(on, vector<2>(V, "V"), wanted, cuts);
+    return translate_T3(on, vector<3>(V, "V"), wanted, cuts);
 }
 
 } // namespace

@@ -9,11 +9,11 @@ ID is a row index. `connect` has shape (m, k) and dtype uint32, one row an eleme
     6        T6: corners, then the nodes on edges 1-2, 2-0, 0-1
     8, 9     Q8 or Q9, or a T6 when entries 6 up are UNSET_ID
 
-Arrays are in C order. They enter without a copy and are never written to; what a function changes or
-grows it returns as new arrays, on the memory that the library filled. Another dtype or order raises
-TypeError with the line that mends it, an argument that the library refuses ValueError, and a lack
-of memory or of node IDs MemoryError. Other threads run Python during a call; they must not write to
-its arrays meanwhile.
+Arrays are in C order. They enter without a copy and are never written to; what a function changes
+or grows it returns as new arrays, on the memory that the library filled. Another dtype or order
+raises TypeError with the line that mends it, an argument that the library refuses ValueError, and a
+lack of memory or of node IDs MemoryError. Other threads run Python during a call; they must not
+write to its arrays meanwhile.
 
 `tessalo2d.interop` converts from and to meshio and builds `neighbors` and `node_element`.
 """

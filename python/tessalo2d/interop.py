@@ -75,6 +75,7 @@ def as_IDs(ids: ArrayLike, n: int = UNSET_ID, unset: Optional[int] = None) -> ID
     Each must be from 0 to n - 1, or `unset`, the number that stands for no node elsewhere (such as
     -1): it becomes UNSET_ID. An array of uint32 may hold UNSET_ID.
     """
+    n = min(n, UNSET_ID)
     values = np.asarray(ids)
     if values.size == 0:
         return np.ascontiguousarray(values, dtype=np.uint32)
@@ -95,6 +96,14 @@ def as_IDs(ids: ArrayLike, n: int = UNSET_ID, unset: Optional[int] = None) -> ID
     return result
 
 
+def _elements(connect: IDs) -> IDs:
+    if connect.ndim != 2:
+        raise ValueError("connect must have 2 dimensions")
+    if connect.dtype != np.uint32:
+        raise TypeError("connect must be uint32: use interop.as_IDs(connect)")
+    return connect
+
+
 # ------------------------------------------------------------------------------------- node order
 
 # Entry k of a row there is entry _VTK_TRIANGLE[k] of ours: edge 0-1 comes first and carries our 5.
@@ -103,9 +112,7 @@ _OUR_TRIANGLE = [0, 1, 2, 4, 5, 3]
 
 
 def _reorder_triangles(connect: IDs, order: List[int]) -> IDs:
-    result = connect.copy()
-    if connect.ndim != 2:
-        raise ValueError("connect must have 2 dimensions")
+    result = _elements(connect).copy()
     if connect.shape[1] in (6, 7):
         result[:, :6] = connect[:, order]
     elif connect.shape[1] in (8, 9):
@@ -162,22 +169,23 @@ def from_blocks(blocks: Sequence[Tuple[str, ArrayLike]], n: int = UNSET_ID) -> I
     triangles among quadrilaterals are filled up with UNSET_ID. Kinds of different order can't stand
     in one array, nor T7 with others.
     """
-    used = [(kind, as_IDs(data, n)) for kind, data in blocks]
-    used = [(kind, data) for kind, data in used if data.size]
+    # Told first: rows of an unknown kind may differ in length, which makes no array of IDs.
+    for kind, data in blocks:
+        if kind not in _NODES and np.asarray(data, dtype=object).size:
+            raise ValueError(f"cells of the kind {kind!r} are not supported")
+    known = [(kind, as_IDs(data, n)) for kind, data in blocks if kind in _NODES]
+    used = [(kind, data) for kind, data in known if data.size]
     kinds = {kind for kind, _ in used}
-    unknown = sorted(kinds - set(_NODES))
-    if unknown:
-        raise ValueError(f"cells of the kind {unknown[0]!r} are not supported")
     if not any(kinds <= together for together in _TOGETHER):
         raise ValueError(f"one array can't hold {', '.join(sorted(kinds))}")
     columns = max((_NODES[kind] for kind in kinds), default=3)
     connect = np.full((sum(len(data) for _, data in used), columns), UNSET_ID, dtype=np.uint32)
     first = 0
-    for kind, data in used:
-        if data.ndim != 2 or data.shape[1] != _NODES[kind]:
+    for kind, cells in used:
+        if cells.ndim != 2 or cells.shape[1] != _NODES[kind]:
             raise ValueError(f"cells of the kind {kind!r} must have {_NODES[kind]} columns")
-        connect[first : first + len(data), : data.shape[1]] = data
-        first += len(data)
+        connect[first : first + len(cells), : cells.shape[1]] = cells
+        first += len(cells)
     return from_vtk_order(connect)
 
 
@@ -187,10 +195,8 @@ def to_blocks(connect: IDs, lines: bool = False) -> Tuple[List[Block], List[NDAr
     Returns the blocks, as pairs of a kind and an int64 array, and for each the rows of `connect`
     that it holds. With `lines` the array is one of lines: 2 columns, or 3 (end, end, middle).
     """
-    if connect.ndim != 2:
-        raise ValueError("connect must have 2 dimensions")
     kinds = _LINES if lines else _FACES
-    ordered = connect if lines else to_vtk_order(connect)
+    ordered = _elements(connect) if lines else to_vtk_order(connect)
     # A row has as many nodes as stand before its first UNSET_ID.
     unset = ordered == UNSET_ID
     lengths = np.where(unset.any(axis=1), unset.argmax(axis=1), connect.shape[1])
@@ -256,10 +262,8 @@ def to_meshio(
 
 
 def _corners(connect: IDs) -> IDs:
-    if connect.ndim != 2 or connect.shape[1] not in (3, 4):
+    if _elements(connect).shape[1] not in (3, 4):
         raise ValueError("connect must have 3 columns (T3) or 4 (Q4, or T3 with UNSET_ID)")
-    if connect.dtype != np.uint32:
-        raise TypeError("connect must be uint32: use interop.as_IDs(connect)")
     return connect
 
 
@@ -305,7 +309,7 @@ def node_element(connect: IDs, n: int) -> IDs:
 
     Nodes that no element holds are the targets of an interpolation from the mesh.
     """
-    flat = connect.ravel()
+    flat = _elements(connect).ravel()
     used = flat != UNSET_ID
     if (flat[used] >= n).any():
         raise ValueError(f"connect has IDs that are not below {n}")

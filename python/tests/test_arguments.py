@@ -3,6 +3,7 @@
 import inspect
 import math
 import re
+from fractions import Fraction
 
 import numpy as np
 import pytest
@@ -59,8 +60,15 @@ def test_unaligned_memory_is_refused(call):
         shifted = np.zeros(array.nbytes + 1, dtype=np.uint8)[1:].view(array.dtype)
         if shifted.flags.aligned:
             continue
-        with pytest.raises(TypeError, match=f"{name} must be .*, not unaligned"):
-            call(**{name: shifted.reshape(array.shape)})
+        shifted = shifted.reshape(array.shape)
+        shifted[...] = array
+        with pytest.raises(TypeError, match=f"{name} must be .*, not unaligned: use ") as error:
+            call(**{name: shifted})
+        # The remedy is one.
+        line = str(error.value).split(": use ")[1]
+        mended = eval(line, {"np": np, name: shifted})
+        assert mended.flags.aligned and (mended == array).all()
+        call(**{name: mended})
 
 
 @ALL
@@ -262,6 +270,50 @@ def test_counts_are_checked():
             with pytest.raises(TypeError, match=f"{name} must be an integer"):
                 call(**{name: wrong})
     assert call(edge_nodes=np.int8(1))[1].shape == call()[1].shape
+
+
+def test_vectors_are_numbers():
+    call = BY_NAME["spiral Q4 N"]
+    half = Fraction(1, 2)
+    for name in ("center", "rotation", "translation"):
+        for wrong in (["1", "0", "0"], [b"1", b"0", b"0"], [1j, 0, 0], [None, 0, 0], "1", [[1], 0]):
+            with pytest.raises(TypeError, match=f"{name} must be a sequence of numbers"):
+                call(**{name: wrong})
+    floats = call(translation=[1.0, 0.0, 0.0])[0]
+    for same in ([1, 0, 0], (True, False, False), np.array([1, 0, 0], dtype=np.uint8)):
+        assert (call(translation=same)[0] == floats).all()
+    # A single number may be any that becomes a float.
+    turn = BY_NAME["rotate plane Q4 N"]
+    assert (turn(rotation=half)[0] == turn(rotation=0.5)[0]).all()
+    with pytest.raises(TypeError, match="rotation must be a "):
+        turn(rotation="1")
+    with pytest.raises(TypeError, match="rotation must be a "):
+        turn(rotation=None)
+
+
+CODES = [
+    (call, name) for call in CALLS for name in ("pattern", "diagonal_criterion")
+    if name in inspect.signature(call.function).parameters
+]
+
+
+@pytest.mark.parametrize("call, name", CODES, ids=lambda part: getattr(part, "name", part))
+def test_codes_of_any_size_are_integers(call, name):
+    def outcome(value):
+        try:
+            return [np.asarray(part).tolist() for part in call(**{name: value})]
+        except ValueError as error:
+            return str(error)
+
+    # Beyond 32 bits they mean what the last ones within do, and do not wrap around to 0.
+    for sign in (1, -1):
+        far = outcome(sign * (2**31 - 1))
+        for value in (2**31, 2**32, 2**63, 2**64, 10**30):
+            assert outcome(sign * value) == far
+    assert outcome(np.int8(0)) == outcome(0)
+    for wrong in (0.0, "0", None):
+        with pytest.raises(TypeError, match=f"{name} must be an integer"):
+            call(**{name: wrong})
 
 
 def test_more_nodes_than_IDs_are_a_lack_of_memory():

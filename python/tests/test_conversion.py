@@ -32,6 +32,12 @@ def test_linear_elements_are_the_corners_of_quadratic_ones():
     assert (t2.convert_into_linear(T6) == T3).all()
 
 
+@pytest.mark.parametrize("columns, corners", [(6, 3), (8, 4), (9, 4)])
+def test_no_quadratic_elements_are_no_linear_ones(columns, corners):
+    found = t2.convert_into_linear(np.empty((0, columns), dtype=np.uint32))
+    assert found.shape == (0, corners) and found.dtype == np.uint32
+
+
 def test_quadratic_elements_are_split_at_their_midside_nodes():
     before = ids([7, 8, 9])
     # Nodes 3, 4, 5 lie on edges 1-2, 2-0, 0-1.

@@ -92,6 +92,11 @@ def test_blocks_that_one_array_cannot_hold_are_refused():
         interop.from_blocks([("quad8", [list(range(8))]), ("quad9", [list(range(9))])])
     with pytest.raises(ValueError, match="'tetra' are not supported"):
         interop.from_blocks([("tetra", [[0, 1, 2, 3]])])
+    ragged = [[0, 1, 2, 3, 4], [0, 1, 2]]
+    for data in (ragged, [np.array(row) for row in ragged], np.array(ragged, dtype=object)):
+        with pytest.raises(ValueError, match="'polygon' are not supported"):
+            interop.from_blocks([("triangle", [[0, 1, 2]]), ("polygon", data)])
+    assert interop.from_blocks([("tetra", []), ("triangle", [[0, 1, 2]])]).tolist() == [[0, 1, 2]]
     with pytest.raises(ValueError, match="elements of 5 nodes"):
         interop.to_blocks(np.zeros((1, 5), dtype=np.uint32))
     with pytest.raises(ValueError, match="must have 3 columns"):
@@ -153,6 +158,11 @@ def test_meshio_cells_that_are_no_faces_are_passed_over():
     mesh = meshio.Mesh(np.zeros((10, 3)), [("triangle10", [list(range(10))])])
     with pytest.raises(ValueError, match="triangle10"):
         interop.from_meshio(mesh)
+    # Objects: what lists of different lengths make.
+    polygons = np.array([[0, 1, 2, 3, 4], [5, 6, 7]], dtype=object)
+    mesh = meshio.Mesh(np.zeros((8, 3)), [("polygon", polygons)])
+    with pytest.raises(ValueError, match="'polygon' are not supported"):
+        interop.from_meshio(mesh)
 
 
 def test_meshio_cell_data_must_fit():
@@ -172,6 +182,13 @@ def test_IDs_are_checked_for_range():
     # The number of UNSET_ID is no ID in another type.
     with pytest.raises(ValueError):
         interop.as_IDs(np.array([UNSET], dtype=np.int64))
+    # More nodes than there are IDs: what does not fit in 32 bits is none.
+    for n in (2**32 - 1, 2**32, 2**33):
+        for wrong in (-1, 2**32 - 1, 2**32, 2**32 + 5, 2**33 - 1):
+            with pytest.raises(ValueError, match=f"ID {wrong} is not from 0 to 4294967294"):
+                interop.as_IDs(np.array([0, wrong], dtype=np.int64), n)
+        assert interop.as_IDs(np.array([2**32 - 2]), n).tolist() == [2**32 - 2]
+        assert interop.as_IDs(np.array([UNSET], dtype=np.uint32), n).tolist() == [UNSET]
     with pytest.raises(TypeError, match="integers"):
         interop.as_IDs([0.5])
 
@@ -275,6 +292,28 @@ def test_node_element_names_the_first_holder():
     with pytest.raises(ValueError, match="not below 5"):
         interop.node_element(MIXED, 5)
     assert interop.node_element(np.empty((0, 3), dtype=np.uint32), 2).tolist() == [UNSET, UNSET]
+
+
+@pytest.mark.parametrize(
+    "function",
+    [
+        interop.neighbors,
+        lambda connect: interop.node_element(connect, 7),
+        interop.to_vtk_order,
+        interop.from_vtk_order,
+        interop.to_blocks,
+        lambda connect: interop.to_blocks(connect, lines=True),
+    ],
+    ids=["neighbors", "node_element", "to_vtk_order", "from_vtk_order", "to_blocks", "lines"],
+)
+def test_elements_must_be_rows_of_IDs(function):
+    for dtype in (np.int64, np.int32, np.uint64, np.float64):
+        # -1 for no node is UNSET_ID only after the conversion.
+        with pytest.raises(TypeError, match=r"must be uint32: use interop.as_IDs\(connect\)"):
+            function(np.array([[0, 1, 2, -1]]).astype(dtype))
+    for shape in ((4,), (1, 1, 4)):
+        with pytest.raises(ValueError, match="connect must have 2 dimensions"):
+            function(np.zeros(shape, dtype=np.uint32))
 
 
 # ----------------------------------------------------------------------------------------- metrics

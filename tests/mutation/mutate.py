@@ -82,6 +82,7 @@ class Run:
         self.draw, self.count, self.known = draw, options.count, known
         self.reasons = read_survivors()
         self.next, self.counted, self.in_work = 0, [], 0
+        self.broken = None
         self.lock = threading.Lock()
         self.begin = time.monotonic()
 
@@ -91,7 +92,7 @@ class Run:
         while True:
             with self.lock:
                 missing = self.count - len(self.counted)
-                if missing <= 0 or self.next == len(self.draw.order):
+                if self.broken or missing <= 0 or self.next == len(self.draw.order):
                     return None
                 if missing > self.in_work:
                     self.in_work += 1
@@ -113,22 +114,29 @@ class Run:
 
     def work(self, worker):
         while (change := self.take()) is not None:
-            text = self.draw.texts[change.path]
-            entry = self.entry(change, "", "", 0.0)
-            if self.key(entry) in self.known:
-                entry = self.known[self.key(entry)]
-            else:
-                begin = time.monotonic()
-                expected = (change.path, *change.lines(text)) in self.reasons
-                result, why = worker.try_change(change, text, expected)
-                entry = self.entry(change, result, why, time.monotonic() - begin)
-                with self.lock, LOG.open("a") as log:
-                    log.write(json.dumps(entry) + "\n")
+            try:
+                entry = self.result_of(worker, change)
+            except BaseException as error:
+                self.broken = error  # nobody waits for this change
+                raise
             with self.lock:
                 self.in_work -= 1
                 if entry["result"] != "same":
                     self.counted.append(entry)
                     self.show(entry)
+
+    def result_of(self, worker, change):
+        text = self.draw.texts[change.path]
+        entry = self.entry(change, "", "", 0.0)
+        if self.key(entry) in self.known:
+            return self.known[self.key(entry)]
+        begin = time.monotonic()
+        expected = (change.path, *change.lines(text)) in self.reasons
+        result, why = worker.try_change(change, text, expected)
+        entry = self.entry(change, result, why, time.monotonic() - begin)
+        with self.lock, LOG.open("a") as log:
+            log.write(json.dumps(entry) + "\n")
+        return entry
 
     def show(self, entry):
         print(f"[{len(self.counted)}/{self.count}] {entry['result']}: {entry['path']}:"
@@ -177,7 +185,10 @@ def report(run, folders):
     total, noticed = len(run.counted), len(run.counted) - len(survived)
     percent = 100.0 * noticed / total if total else 0.0
     print(f"\n{time.monotonic() - run.begin:.0f} s")
-    passed = percent >= NEEDED_PERCENT
+    whole = not run.broken and (total == run.count or run.next == len(run.draw.order))
+    if not whole:
+        print(f"interrupted: {run.broken}")
+    passed = whole and percent >= NEEDED_PERCENT and not open_ones
     print(f"{'' if passed else 'FAILED, '}{noticed} of {total} changes are noticed "
           f"({percent:.1f} %), {len(survived) - len(open_ones)} can not be for the reasons listed, "
           f"{len(open_ones)} wait for a test")

@@ -181,7 +181,9 @@ call extrude(const char* name, const checks& c, std::function<int(arguments&)> r
             [c](input& in, arguments& a) { prepare(in, a, c.output_rows); },
             std::move(run),
             [c](const arguments& a) { return first_failure(c, a); },
-            c.sized ? verify : verify_counted};
+            c.sized ? verify : verify_counted,
+            true,
+            true};
 }
 
 const std::vector<call> calls = {
@@ -291,8 +293,7 @@ const std::vector<call> calls = {
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count)
+const std::vector<call>& fuzz::family()
 {
-    run(calls, bytes, count);
-    return 0;
+    return calls;
 }

@@ -208,9 +208,9 @@ private:
 /// nowhere: a walk that is led astray can end in a result that is refused.
 bool serves(const arguments& a, int status)
 {
-    const bool pair = a.connect().rows == 3
-                          ? a.choice == ELEMENT_T3
-                          : a.choice == ELEMENT_Q4 || a.choice == ELEMENT_ANY_FACE;
+    const std::size_t rows = a.connect().rows;
+    const bool pair = (rows == 3 && a.choice == ELEMENT_T3) ||
+                      (rows == 4 && (a.choice == ELEMENT_Q4 || a.choice == ELEMENT_ANY_FACE));
     if (status != 0 || !pair || !a.tame || a.flag) return false;
     if (!same_entries(a.neighbors(), support::neighbors_of(a.connect()))) return false;
     const std::vector<bool> used = used_nodes(a);

@@ -359,7 +359,9 @@ const std::vector<call> calls = {
                                         a.result(), a.edges());
      },
      high_order_failure,
-     verify_into_result},
+     verify_into_result,
+     true,
+     true},
     {"convert_into_high_order in place",
      returns::zero,
      {-1, -2, -4, -5, -6},
@@ -370,7 +372,9 @@ const std::vector<call> calls = {
                                         a.edges());
      },
      high_order_failure,
-     verify_in_place},
+     verify_in_place,
+     true,
+     true},
     {"convert_into_quadratic",
      returns::zero,
      {-1, -2},
@@ -426,8 +430,7 @@ const std::vector<call> calls = {
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count)
+const std::vector<call>& fuzz::family()
 {
-    run(calls, bytes, count);
-    return 0;
+    return calls;
 }

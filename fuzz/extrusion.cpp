@@ -3,7 +3,9 @@
 #include "fuzz/meshes.h"
 #include "fuzz/trial.h"
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <unordered_map>
 
 using namespace fuzz;
@@ -166,7 +168,11 @@ void verify_counted(const arguments& before, const arguments& after, int status)
     if (status != 0 || lines.is_empty() || before.count[0] == 0) return;
     const std::size_t added = after.result().cols - before.result().cols;
     const std::size_t cells = (after.result().rows == 4 ? 1 : 2) * lines.cols;
-    promise(added == cells * before.count[0] || added == 0, "as many layers as asked for");
+    // A path whose length is out of range may have none.
+    const bool moderate = std::all_of(std::begin(before.real), std::end(before.real),
+                                      [](double x) { return std::fabs(x) < 1e6; });
+    promise(added == cells * before.count[0] || (added == 0 && !moderate),
+            "as many layers as asked for");
 }
 
 // ---------------------------------------------------------------------------------------- table
@@ -181,7 +187,9 @@ call extrude(const char* name, const checks& c, std::function<int(arguments&)> r
             [c](input& in, arguments& a) { prepare(in, a, c.output_rows); },
             std::move(run),
             [c](const arguments& a) { return first_failure(c, a); },
-            c.sized ? verify : verify_counted};
+            c.sized ? verify : verify_counted,
+            true,
+            true};
 }
 
 const std::vector<call> calls = {
@@ -291,8 +299,7 @@ const std::vector<call> calls = {
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count)
+const std::vector<call>& fuzz::family()
 {
-    run(calls, bytes, count);
-    return 0;
+    return calls;
 }

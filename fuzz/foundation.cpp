@@ -201,7 +201,9 @@ const std::vector<call> calls = {
          return status_of(append_column(a.result(), entries));
      },
      no_failure,
-     verify_append_column},
+     verify_append_column,
+     true,
+     true},
     {"append_columns",
      returns::count,
      {},
@@ -210,7 +212,8 @@ const std::vector<call> calls = {
      [](arguments& a) { return status_of(append_columns(a.connect(), a.result())); },
      no_failure,
      verify_append_columns,
-     false},
+     false,
+     true},
     {"append_selected_columns",
      returns::count,
      {},
@@ -221,13 +224,13 @@ const std::vector<call> calls = {
      },
      no_failure,
      verify_append_selected,
-     false},
+     false,
+     true},
 };
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count)
+const std::vector<call>& fuzz::family()
 {
-    run(calls, bytes, count);
-    return 0;
+    return calls;
 }

@@ -226,8 +226,7 @@ const std::vector<call> calls = {
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count)
+const std::vector<call>& fuzz::family()
 {
-    run(calls, bytes, count);
-    return 0;
+    return calls;
 }

@@ -183,7 +183,9 @@ const std::vector<call> calls = {
      prepare_field,
      [](arguments& a) { return metrics_struct(a.nodes(), a.count[0], a.values()); },
      sizes_failure,
-     verify_sizes},
+     verify_sizes,
+     true,
+     true},
     {"metrics_struct",
      returns::zero,
      {-3, -1, -2},
@@ -191,7 +193,9 @@ const std::vector<call> calls = {
      prepare_field,
      [](arguments& a) { return metrics_struct(a.nodes(), a.count[0], a.field()); },
      metrics_failure,
-     verify_metrics},
+     verify_metrics,
+     true,
+     true},
     {"minimum_metric",
      returns::count,
      {},
@@ -209,8 +213,7 @@ const std::vector<call> calls = {
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count)
+const std::vector<call>& fuzz::family()
 {
-    run(calls, bytes, count);
-    return 0;
+    return calls;
 }

@@ -1,12 +1,12 @@
-// Runs files, and all files of directories, through a fuzz target without its engine.
-#include <cstdint>
+// Runs every call of a family on tame arguments, and files, and all files of directories, through
+// it without the engine; all of them under all circumstances.
+#include "fuzz/trial.h"
+
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <vector>
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count);
 
 namespace {
 
@@ -19,13 +19,14 @@ void replay(const files::path& path)
     // On the heap and of exact size, so that reading beyond is seen.
     const std::vector<std::uint8_t> bytes(content.begin(), content.end());
     std::fprintf(stderr, "%s\n", path.filename().c_str());
-    LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
+    fuzz::run_in_all(fuzz::family(), bytes.data(), bytes.size());
 }
 
 } // namespace
 
 int main(int count, char** paths)
 {
+    const std::size_t generated = fuzz::run_each(fuzz::family());
     std::size_t replayed = 0;
     for (int k = 1; k < count; ++k) {
         if (!files::is_directory(paths[k])) {
@@ -39,6 +40,6 @@ int main(int count, char** paths)
             ++replayed;
         }
     }
-    std::fprintf(stderr, "%zu inputs replayed\n", replayed);
+    std::fprintf(stderr, "%zu inputs generated, %zu replayed\n", generated, replayed);
     return replayed > 0 ? 0 : 1; // a corpus that is not there is no success
 }

@@ -320,7 +320,9 @@ const std::vector<call> calls = {
      Q4_failure,
      [](const arguments& before, const arguments& after, int status) {
          verify_grid(before, after, status, true);
-     }},
+     },
+     true,
+     true},
     {"mesh_struct_T3",
      returns::zero,
      {-1, -2, -3, -4, -5},
@@ -332,7 +334,9 @@ const std::vector<call> calls = {
      T3_failure,
      [](const arguments& before, const arguments& after, int status) {
          verify_grid(before, after, status, false);
-     }},
+     },
+     true,
+     true},
     {"flip",
      returns::zero,
      {-1},
@@ -388,8 +392,7 @@ const std::vector<call> calls = {
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count)
+const std::vector<call>& fuzz::family()
 {
-    run(calls, bytes, count);
-    return 0;
+    return calls;
 }

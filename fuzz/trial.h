@@ -43,6 +43,8 @@ struct call {
     std::function<void(const arguments& before, const arguments& after, int status)> verify;
     /// False for a function that does not take views of one block.
     bool takes_shared = true;
+    /// True for one whose sizes or IDs can be out of range: -199 though nothing was refused.
+    bool may_exceed = false;
 };
 
 /// Prints the call, its circumstances and `what`, and aborts.
@@ -54,7 +56,17 @@ inline void promise(bool holds, const char* what)
     if (!holds) infringed(what);
 }
 
+/// The table of the family; each program has one.
+const std::vector<call>& family();
+
 /// One input: the bytes choose one of the calls, its arguments and the circumstances.
 void run(const std::vector<call>& calls, const std::uint8_t* bytes, std::size_t count);
+
+/// One input under all circumstances, not only those that it chooses; whether its arguments passed
+/// the checks of the call.
+bool run_in_all(const std::vector<call>& calls, const std::uint8_t* bytes, std::size_t count);
+
+/// Every call of the table on tame arguments, of which some pass its checks; the number of inputs.
+std::size_t run_each(const std::vector<call>& calls);
 
 } // namespace fuzz

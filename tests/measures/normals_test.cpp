@@ -158,7 +158,7 @@ TEST(ElementNormals, AnElementWithoutACornerItNeedsHasNone)
 TEST(ElementNormals, AnElementWithoutACornerLeavesTheOthersOfItsBlockAlone)
 {
     const dense2D<double> coords{{0, 0, 0}, {1, 0, 0}, {0, 2, 0}, {0, 0, 3}};
-    for (const std::size_t n : {1, 2, 63, 64, 65, 127, 128, 129})
+    for (const std::size_t n : {1u, 2u, 63u, 64u, 65u, 127u, 128u, 129u})
         for (const std::size_t hole : {std::size_t(0), n / 2, n - 1}) {
             dense2D<unsigned> connect(3, n);
             vectors expected;

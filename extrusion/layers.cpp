@@ -2,74 +2,10 @@
 #include "extrusion/layers.h"
 
 #include "extrusion/spacing.h"
+#include "foundation/ID_lanes.h"
 #include "foundation/status.h"
 
 namespace vorel::tessalo2d {
-
-namespace {
-
-/// The two ends of an edge and their copies, named by the layers that they stand in.
-struct swept_edge {
-    swept_edge(const unsigned* edge, const unsigned* copies)
-        : a(edge[0]), b(edge[1]), a_copy(copies[0]), b_copy(copies[1])
-    {
-    }
-
-    /// The same edge one layer on, for `m` nodes in a layer.
-    swept_edge next(unsigned m) const { return {a_copy, b_copy, a_copy + m, b_copy + m}; }
-
-    unsigned a, b;
-    unsigned a_copy, b_copy;
-
-private:
-    swept_edge(unsigned a_, unsigned b_, unsigned c, unsigned d)
-        : a(a_), b(b_), a_copy(c), b_copy(d)
-    {
-    }
-};
-
-/// The entries of one layer's elements, which from the second layer on all grow by the same number:
-/// the loops over them become single vector operations.
-struct quadrilateral {
-    explicit quadrilateral(const swept_edge& s) : entries{s.a, s.b, s.b_copy, s.a_copy} {}
-
-    void write(unsigned* column, std::size_t) const
-    {
-        for (int i = 0; i < 4; ++i) column[i] = entries[i];
-    }
-    void advance(unsigned step)
-    {
-        for (unsigned& entry : entries) entry += step;
-    }
-
-    unsigned entries[4];
-};
-
-/// As above for the two triangles of a quadrilateral that is cut from b to the copy of a, or else
-/// from a to the copy of b.
-struct triangle_pair {
-    triangle_pair(const swept_edge& s, bool from_b)
-        : first{s.a, s.b, from_b ? s.a_copy : s.b_copy},
-          second{from_b ? s.b : s.a, s.b_copy, s.a_copy}
-    {
-    }
-
-    void write(unsigned* column, std::size_t ld) const
-    {
-        for (int i = 0; i < 3; ++i) column[i] = first[i];
-        for (int i = 0; i < 3; ++i) (column + ld)[i] = second[i];
-    }
-    void advance(unsigned step)
-    {
-        for (unsigned& entry : first) entry += step;
-        for (unsigned& entry : second) entry += step;
-    }
-
-    unsigned first[3];
-    unsigned second[3];
-};
-
-} // namespace
 
 bool IDs_suffice(std::size_t used, std::size_t count, std::size_t each)
 {
@@ -102,13 +38,15 @@ int extrude_elements_Q4(const dense2D<unsigned>& connect, const node_map& map, u
     const std::size_t ld = connectQ.ld;
     unsigned* column = connectQ.column(cols0);
     for (std::size_t e = 0; e < edges; ++e) {
-        const swept_edge edge(connect.column(e), map.copies.column(e));
-        quadrilateral(edge).write(column, ld);
+        const ID_pair ends = load_pair(connect.column(e));
+        const ID_pair copies = load_pair(map.copies.column(e));
+        store_lanes(joined(ends, swapped(copies)), column);
         column += ld;
-        quadrilateral q(edge.next(m));
+        // From the second layer on all four corners grow by the same number.
+        ID_lanes corners = joined(copies, swapped(copies + m));
         for (unsigned l = 1; l < N; ++l, column += ld) {
-            q.write(column, ld);
-            q.advance(m);
+            store_lanes(corners, column);
+            corners += m;
         }
     }
     return success;
@@ -127,22 +65,18 @@ int extrude_elements_T3(const dense2D<unsigned>& connect, const node_map& map, u
     unsigned* column = connectT.column(cols0);
     const bool checkerboard = pattern == 2;
     for (std::size_t e = 0; e < edges; ++e) {
-        const swept_edge edge(connect.column(e), map.copies.column(e));
-        const bool from_b = pattern == 0 || (checkerboard && e % 2 == 1);
-        triangle_pair(edge, from_b).write(column, ld);
-        column += 2 * ld;
-        triangle_pair here(edge.next(m), from_b != checkerboard);
-        triangle_pair next(edge.next(m).next(m), from_b);
-        unsigned l = 1;
-        for (; l + 1 < N; l += 2, column += 4 * ld) {
-            here.write(column, ld);
-            next.write(column + 2 * ld, ld);
-            here.advance(2 * m);
-            next.advance(2 * m);
-        }
-        if (l < N) {
-            here.write(column, ld);
-            column += 2 * ld;
+        // The quadrilateral of a layer has lower[0], lower[1], upper[1] and upper[0] as corners.
+        ID_pair lower = load_pair(connect.column(e));
+        ID_pair upper = load_pair(map.copies.column(e));
+        bool from_far = pattern == 0 || (checkerboard && e % 2 == 1);
+        for (unsigned l = 0; l < N; ++l, column += 2 * ld) {
+            store_pair(lower, column);
+            column[2] = from_far ? upper[0] : upper[1];
+            column[ld] = from_far ? lower[1] : lower[0];
+            store_pair(swapped(upper), column + ld + 1);
+            from_far ^= checkerboard;
+            lower = upper;
+            upper += m;
         }
     }
     return success;

@@ -63,7 +63,7 @@ struct layer_source {
     std::size_t count;
 };
 
-/// Writes one layer from `target` on: what `move` makes of each source node.
+/// Writes one layer from `target` on: what `move` makes of each source node, two nodes at a time.
 template <int D, class Move>
 inline void place_layer(const layer_source& source, double* target, Move move)
 {
@@ -71,8 +71,11 @@ inline void place_layer(const layer_source& source, double* target, Move move)
     const std::size_t ld = source.ld;
     const unsigned* const ids = source.ids;
     const std::size_t count = source.count;
-    for (std::size_t k = 0; k < count; ++k, target += ld)
-        store(move(load<D>(points + ids[k] * ld)), target);
+    std::size_t k = 0;
+    for (; k + 1 < count; k += 2, target += 2 * ld)
+        store_both(move(load_both<D>(points + ids[k] * ld, points + ids[k + 1] * ld)), target,
+                   target + ld);
+    if (k < count) store(move(load<D>(points + ids[k] * ld)), target);
 }
 
 /// Gives a matrix `rows` rows and `more` columns behind its own. Rows that old columns lacked hold

@@ -41,17 +41,17 @@ public:
         // even where contraction is off.
         const double minus_s = -s;
         const vec2 m = center;
-        const auto turned = [=](double x, double y) -> vec2 {
-            const double dx = x - m[0];
-            const double dy = y - m[1];
+        const auto turned = [=](auto x, auto y) -> vec<2, decltype(x)> {
+            const auto dx = x - m[0];
+            const auto dy = y - m[1];
             return {{dx * c + dy * minus_s + m[0], dy * c + dx * s + m[1]}};
         };
         if (rows == 2)
-            place_layer<2>(source, target, [=](const vec2& p) { return turned(p[0], p[1]); });
+            place_layer<2>(source, target, [=](const auto& p) { return turned(p[0], p[1]); });
         else
-            place_layer<3>(source, target, [=](const vec3& p) -> vec3 {
-                const vec2 q = turned(p[0], p[1]);
-                return {{q[0], q[1], 0.0}};
+            place_layer<3>(source, target, [=](const auto& p) {
+                const auto q = turned(p[0], p[1]);
+                return std::decay_t<decltype(p)>{{q[0], q[1], {}}};
             });
     }
 

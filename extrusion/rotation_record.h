@@ -48,10 +48,11 @@ public:
     }
 
     /// R * (p - center), each component summed from left to right along the row, and the centre.
-    vec3 operator()(const vec3& p) const
+    template <class T>
+    vec<3, T> operator()(const vec<3, T>& p) const
     {
-        const vec3 d = p - center;
-        vec3 turned;
+        const vec<3, T> d = p - center;
+        vec<3, T> turned;
         for (int i = 0; i < 3; ++i) turned[i] = R[i] * d[0] + R[3 + i] * d[1] + R[6 + i] * d[2];
         return center + turned;
     }

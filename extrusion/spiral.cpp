@@ -27,7 +27,7 @@ public:
     {
         const axis_rotation turned(center, t * rotation);
         const vec3 w = t * translation;
-        place_layer<3>(source, target, [=](const vec3& p) { return turned(p) + w; });
+        place_layer<3>(source, target, [=](const auto& p) { return turned(p) + w; });
     }
 
 private:

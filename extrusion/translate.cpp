@@ -20,7 +20,7 @@ public:
     {
         // No layer lies at 0, so none is a mere copy.
         const vec<D> w = t * v;
-        place_layer<D>(source, target, [=](const vec<D>& p) { return p + w; });
+        place_layer<D>(source, target, [=](const auto& p) { return p + w; });
     }
 
 private:

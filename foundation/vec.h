@@ -49,18 +49,27 @@ inline void store(const vec<D>& v, double* p)
     for (int i = 0; i < D; ++i) p[i] = v[i];
 }
 
-template <int D, class T>
-inline vec<D, T> operator+(const vec<D, T>& a, const vec<D, T>& b)
+/// The vector of each lane to a place of its own.
+template <int D>
+inline void store_both(const vec<D, lanes>& v, double* p, double* q)
 {
-    vec<D, T> v;
+    for (int i = 0; i < D; ++i) p[i] = v[i][0];
+    for (int i = 0; i < D; ++i) q[i] = v[i][1];
+}
+
+/// One operand may have lanes where the other, which then serves all lanes, has none.
+template <int D, class A, class B>
+inline auto operator+(const vec<D, A>& a, const vec<D, B>& b)
+{
+    vec<D, decltype(A() + B())> v;
     for (int i = 0; i < D; ++i) v[i] = a[i] + b[i];
     return v;
 }
 
-template <int D, class T>
-inline vec<D, T> operator-(const vec<D, T>& a, const vec<D, T>& b)
+template <int D, class A, class B>
+inline auto operator-(const vec<D, A>& a, const vec<D, B>& b)
 {
-    vec<D, T> v;
+    vec<D, decltype(A() - B())> v;
     for (int i = 0; i < D; ++i) v[i] = a[i] - b[i];
     return v;
 }

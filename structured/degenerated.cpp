@@ -3,8 +3,8 @@
 // Few columns of a usual mesh are degenerated. So groups of columns are searched for equal corners
 // with nothing else in mind, and only the columns that have some are looked at again, one by one:
 // the rows that stay come from a table, without a branch on which corners are equal.
+#include "foundation/ID_lanes.h"
 #include "foundation/status.h"
-#include "structured/ID_lanes.h"
 
 #include <vorel/tessalo2d.h>
 

@@ -1,7 +1,7 @@
 // Reversal of orientation: an exchange of rows in every column. Corners 0 and 2 change places, and
 // the nodes on edges follow.
+#include "foundation/ID_lanes.h"
 #include "foundation/status.h"
-#include "structured/ID_lanes.h"
 
 #include <vorel/tessalo2d.h>
 

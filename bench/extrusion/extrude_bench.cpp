@@ -30,22 +30,22 @@ struct line {
     dense2D<unsigned> connect;
 };
 
-shape shape_of(const benchmark::State& state)
+/// `pieces` is the number of elements that a quadrilateral becomes.
+shape shape_of(const benchmark::State& state, unsigned pieces)
 {
     const auto layers = static_cast<unsigned>(state.range(0));
-    return {static_cast<unsigned>(state.range(1)) / layers, layers};
+    return {static_cast<unsigned>(state.range(1)) / layers / pieces, layers};
 }
 
 /// Runs `extrude(coords, connect, layers, output)` again and again in the same storage. New nodes
-/// get `written_rows` coordinates, more than the `rows` of the line when it is widened. `pieces` is
-/// the number of elements a quadrilateral becomes.
+/// get `written_rows` coordinates, more than the `rows` of the line when it is widened: then its old
+/// nodes are written, too.
 template <class Extrude>
 void extrusion(benchmark::State& state, std::size_t rows, std::size_t written_rows, unsigned pieces,
                Extrude extrude)
 {
-    const shape s = shape_of(state);
+    const shape s = shape_of(state, pieces);
     const line source(s.edges, rows);
-    const unsigned layers = s.layers / pieces;
     dense2D<double> coords;
     dense2D<unsigned> output;
     if (!coords.copy(source.coords)) return;
@@ -54,12 +54,13 @@ void extrusion(benchmark::State& state, std::size_t rows, std::size_t written_ro
         // Close columns again, so that a widening happens each time; their values do not matter.
         coords.clear();
         if (!coords.resize(rows, source.coords.cols)) return;
-        if (extrude(coords, source.connect, layers, output) != 0) state.SkipWithError("status");
+        if (extrude(coords, source.connect, s.layers, output) != 0) state.SkipWithError("status");
         benchmark::ClobberMemory();
     };
     run();
-    const std::size_t elements = std::size_t(s.edges) * layers * pieces;
-    const std::size_t nodes = (std::size_t(s.edges) + 1) * layers;
+    const std::size_t elements = std::size_t(s.edges) * s.layers * pieces;
+    const std::size_t written_layers = s.layers + (written_rows > rows ? 1 : 0);
+    const std::size_t nodes = (std::size_t(s.edges) + 1) * written_layers;
     const std::size_t corners = pieces == 1 ? 4 : 3;
     const against_roof watch(
         state, elements,
@@ -137,7 +138,7 @@ void spiral_T3(benchmark::State& state)
     });
 }
 
-/// Layers of quadrilaterals (triangles take half as many), and elements in all.
+/// Layers, and elements in all.
 void shapes(benchmark::internal::Benchmark* b)
 {
     b->ArgNames({"layers", ""});

@@ -1,12 +1,36 @@
-// Four rows of a column in one register.
+// Two or four rows of a column in one register.
 #pragma once
 
 #include <cstring>
 
 namespace vorel::tessalo2d {
 
+using ID_pair = unsigned __attribute__((vector_size(2 * sizeof(unsigned))));
+
 /// Comparisons of ID_lanes give all ones for true and 0 for false.
 using ID_lanes = unsigned __attribute__((vector_size(4 * sizeof(unsigned))));
+
+inline ID_pair load_pair(const unsigned* from)
+{
+    ID_pair loaded;
+    std::memcpy(&loaded, from, sizeof loaded);
+    return loaded;
+}
+
+inline void store_pair(const ID_pair& stored, unsigned* to)
+{
+    std::memcpy(to, &stored, sizeof stored);
+}
+
+inline ID_pair swapped(const ID_pair& pair)
+{
+    return __builtin_shufflevector(pair, pair, 1, 0);
+}
+
+inline ID_lanes joined(const ID_pair& low, const ID_pair& high)
+{
+    return __builtin_shufflevector(low, high, 0, 1, 2, 3);
+}
 
 inline ID_lanes load_lanes(const unsigned* from)
 {

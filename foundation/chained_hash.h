@@ -5,6 +5,8 @@
 // rebuilding. A table belongs to one call and has no locks.
 #pragma once
 
+#include "foundation/prefetch.h"
+
 #include <vorel/vector_num.h>
 
 #include <cstddef>
@@ -181,7 +183,7 @@ private:
 
     void prefetch(std::size_t hash) const
     {
-        __builtin_prefetch(block->data + offset + bucket_of(hash), 1);
+        tessalo2d::prefetch_to_write(block->data + offset + bucket_of(hash));
     }
 
     __extension__ using wide = unsigned __int128;

@@ -49,12 +49,21 @@ inline void store(const vec<D>& v, double* p)
     for (int i = 0; i < D; ++i) p[i] = v[i];
 }
 
+/// The vector in one of the lanes.
+template <int D>
+inline vec<D> lane(const vec<D, lanes>& both, int i)
+{
+    vec<D> v;
+    for (int k = 0; k < D; ++k) v[k] = both[k][i];
+    return v;
+}
+
 /// The vector of each lane to a place of its own.
 template <int D>
 inline void store_both(const vec<D, lanes>& v, double* p, double* q)
 {
-    for (int i = 0; i < D; ++i) p[i] = v[i][0];
-    for (int i = 0; i < D; ++i) q[i] = v[i][1];
+    store(lane(v, 0), p);
+    store(lane(v, 1), q);
 }
 
 /// One operand may have lanes where the other, which then serves all lanes, has none.
@@ -74,10 +83,10 @@ inline auto operator-(const vec<D, A>& a, const vec<D, B>& b)
     return v;
 }
 
-template <int D>
-inline vec<D> operator*(double s, const vec<D>& a)
+template <int D, class T>
+inline vec<D, T> operator*(T s, const vec<D, T>& a)
 {
-    vec<D> v;
+    vec<D, T> v;
     for (int i = 0; i < D; ++i) v[i] = s * a[i];
     return v;
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "foundation/area.h"
+#include "foundation/prefetch.h"
 #include "foundation/vec.h"
 
 #include <vorel/dense2D.h>
@@ -42,15 +43,15 @@ struct background_mesh {
 
     void prefetch_columns(unsigned element) const
     {
-        __builtin_prefetch(column(element));
-        __builtin_prefetch(neighbors(element));
+        prefetch(column(element));
+        prefetch(neighbors(element));
     }
     template <mesh_form F>
     void prefetch_points(unsigned element) const
     {
         const unsigned* const n = column(element);
         const unsigned corners = is_quad<F>(n) ? 4 : 3;
-        for (unsigned i = 0; i < corners; ++i) __builtin_prefetch(points + n[i] * point_ld);
+        for (unsigned i = 0; i < corners; ++i) prefetch(points + n[i] * point_ld);
     }
 
     const double* points;

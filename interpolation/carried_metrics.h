@@ -1,6 +1,7 @@
 // Sizes and metrics as carried values: see carried_values.h for what a carrier has.
 #pragma once
 
+#include "foundation/prefetch.h"
 #include "foundation/vec.h"
 #include "interpolation/size_quad.h"
 #include "metrics/interpolate_metric.h"
@@ -28,7 +29,7 @@ public:
         return interpolate_size_quad(xi_eta[0], xi_eta[1], h[n[0]], h[n[1]], h[n[2]], h[n[3]],
                                      value);
     }
-    void prefetch(unsigned node) const { __builtin_prefetch(h.begin() + node); }
+    void prefetch(unsigned node) const { tessalo2d::prefetch(h.begin() + node); }
     void copy(unsigned node) { value = h[node]; }
     void store(unsigned node) { h[node] = value; }
 
@@ -80,7 +81,7 @@ public:
         return interpolate_metric_quad_columns<D>(m, xi_eta[0], xi_eta[1], n[0], n[1], n[2], n[3],
                                                   value);
     }
-    void prefetch(unsigned node) const { __builtin_prefetch(m.column(node)); }
+    void prefetch(unsigned node) const { tessalo2d::prefetch(m.column(node)); }
     void copy(unsigned node) { value = metric_column<D>(m, node); }
     void store(unsigned node)
     {

@@ -12,6 +12,7 @@
 // and FILLS_TREE, whether its engines put nodes into the search tree.
 #pragma once
 
+#include "foundation/prefetch.h"
 #include "foundation/vec.h"
 
 #include <vorel/dense2D.h>
@@ -53,7 +54,7 @@ public:
         value = interpolate_bilinear(xi_eta, f[n[0]], f[n[1]], f[n[2]], f[n[3]]);
         return true;
     }
-    void prefetch(unsigned node) const { __builtin_prefetch(f + node); }
+    void prefetch(unsigned node) const { tessalo2d::prefetch(f + node); }
     void copy(unsigned node) { value = f[node]; }
     void store(unsigned node) { f[node] = value; }
 
@@ -94,7 +95,7 @@ public:
             values[i] = interpolate_bilinear(xi_eta, f0[i], f1[i], f2[i], f3[i]);
         return true;
     }
-    void prefetch(unsigned node) const { __builtin_prefetch(f + node * ld); }
+    void prefetch(unsigned node) const { tessalo2d::prefetch(f + node * ld); }
     void copy(unsigned node)
     {
         for (std::size_t i = 0; i < rows; ++i) values[i] = f[node * ld + i];

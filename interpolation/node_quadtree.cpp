@@ -1,5 +1,6 @@
 // The quadtree: setting up, inserting one node, searching.
 #include "interpolation/node_quadtree.h"
+#include "foundation/prefetch.h"
 
 #include <algorithm>
 #include <cmath>
@@ -238,8 +239,8 @@ unsigned node_quadtree::approximate_node(const vec2& point, const node_filter& f
 void node_quadtree::prefetch_nodes(const unsigned* leaf, const node_filter& filter) const
 {
     for (unsigned row = 1; row <= leaf[0]; ++row) {
-        __builtin_prefetch(coords.column(leaf[row]));
-        __builtin_prefetch(filter.entry + leaf[row]);
+        prefetch(coords.column(leaf[row]));
+        prefetch(filter.entry + leaf[row]);
     }
 }
 
@@ -257,7 +258,7 @@ void node_quadtree::prefetch_leaf(const leaf_place& place, const node_filter& fi
         if (is_leaf(sibling))
             prefetch_nodes(sibling, filter);
         else
-            __builtin_prefetch(column(sibling[0]));
+            prefetch(column(sibling[0]));
     }
 }
 
@@ -272,14 +273,14 @@ void node_quadtree::approximate_nodes(const vec2* points, unsigned n, const node
         found[i] = UNSET_ID;
         if (count == 0 || !box_contains(points[i])) continue;
         at[i] = quantize(points[i][0], points[i][1]);
-        if (shortcuts.size > 0) __builtin_prefetch(shortcut_at(at[i]));
+        if (shortcuts.size > 0) prefetch(shortcut_at(at[i]));
         inside[searched++] = i;
     }
     if (shortcuts.size > 0)
         for (unsigned k = 0; k < searched; ++k) {
             const shortcut begin = *shortcut_at(at[inside[k]]);
             places[inside[k]] = {begin.cell, 0, begin.level};
-            __builtin_prefetch(column(begin.cell));
+            prefetch(column(begin.cell));
         }
     unsigned moving[BLOCK];
     std::copy(inside, inside + searched, moving);
@@ -297,7 +298,7 @@ void node_quadtree::approximate_nodes(const vec2* points, unsigned n, const node
             --place.level;
             place.parent = place.leaf;
             place.leaf = c[child_at(at[i], place.level)];
-            __builtin_prefetch(column(place.leaf));
+            prefetch(column(place.leaf));
             moving[left++] = i;
         }
         on_the_way = left;

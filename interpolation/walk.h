@@ -28,23 +28,6 @@ struct side_test {
     unsigned char outside;
 };
 
-/// Two numbers side by side; each operation is made on both as on one alone.
-using pair_of_doubles = double __attribute__((vector_size(16)));
-
-/// `cross2` of two pairs of vectors.
-inline pair_of_doubles cross2(const pair_of_doubles& ax, const pair_of_doubles& ay,
-                              const pair_of_doubles& bx, const pair_of_doubles& by)
-{
-    const pair_of_doubles dx = bx - ax;
-    const pair_of_doubles dy = by - ay;
-    const pair_of_doubles dd = dx * dx + dy * dy;
-    const pair_of_doubles aa = ax * ax + ay * ay;
-    const pair_of_doubles bb = bx * bx + by * by;
-    const pair_of_doubles shorter = aa < bb ? aa : bb;
-    const auto plain = dd >= shorter;
-    return ax * (plain ? by : dy) - ay * (plain ? bx : dx);
-}
-
 /// All sides are tested without a branch: which one fails first is decided afterwards. A side fails
 /// when its doubled area with the point is not at or above -(doubled area * tolerance), so the
 /// margin is relative to the element's own area.
@@ -61,27 +44,20 @@ inline side_test test_sides(const background_mesh& mesh, const vec2& point, cons
         return side_test{area > 0.0 && area <= LARGEST, static_cast<unsigned char>(sides),
                          static_cast<unsigned char>(outside)};
     };
-    using pair = pair_of_doubles;
+    const auto both = [](const vec2& p, const vec2& q) { return load_both<2>(p.data, q.data); };
     const vec2 p0 = mesh.point(column[0]);
     const vec2 p1 = mesh.point(column[1]);
     const vec2 p2 = mesh.point(column[2]);
-    const pair x{point[0], point[0]};
-    const pair y{point[1], point[1]};
     if (!is_quad<F>(column)) {
         // The element itself and side 2, then sides 0 and 1.
-        const pair from_x{p2[0], point[0]};
-        const pair from_y{p2[1], point[1]};
-        const pair first = cross2(pair{p0[0], p0[0]} - from_x, pair{p0[1], p0[1]} - from_y,
-                                  pair{p1[0], p1[0]} - from_x, pair{p1[1], p1[1]} - from_y);
-        const pair second = cross2(pair{p1[0], p2[0]} - x, pair{p1[1], p2[1]} - y,
-                                   pair{p2[0], p0[0]} - x, pair{p2[1], p0[1]} - y);
+        const vec<2, lanes> from = both(p2, point);
+        const lanes first = cross2(p0 - from, p1 - from);
+        const lanes second = cross2(both(p1, p2) - point, both(p2, p0) - point);
         return result(first[0], 3, second[0], second[1], first[1]);
     }
     const vec2 p3 = mesh.point(column[3]);
-    const pair first = cross2(pair{p0[0], p1[0]} - x, pair{p0[1], p1[1]} - y,
-                              pair{p1[0], p2[0]} - x, pair{p1[1], p2[1]} - y);
-    const pair second = cross2(pair{p2[0], p3[0]} - x, pair{p2[1], p3[1]} - y,
-                               pair{p3[0], p0[0]} - x, pair{p3[1], p0[1]} - y);
+    const lanes first = cross2(both(p0, p1) - point, both(p1, p2) - point);
+    const lanes second = cross2(both(p2, p3) - point, both(p3, p0) - point);
     const double area = quad_double_area<2>(mesh.points, mesh.point_ld, column);
     return result(area, 4, first[0], first[1], second[0], second[1]);
 }

@@ -1,13 +1,16 @@
 // The normals of some elements of a surface at a time, with arithmetic that runs across them.
 #pragma once
 
+#include "foundation/prefetch.h"
 #include "measures/triangle_normal.h"
 
 #include <vorel/element_type.h>
 
+#include <algorithm>
+
 namespace vorel::tessalo2d {
 
-/// Up to `CAPACITY` elements, an array for each component. `MIXED` storage has 4 rows with
+/// Up to `CAPACITY` elements, two side by side in the lanes. `MIXED` storage has 4 rows with
 /// triangles among them.
 template <bool MIXED>
 class normal_block {
@@ -27,55 +30,81 @@ public:
     void load(const double* points, std::size_t point_ld, const unsigned* column, std::size_t ld,
               std::size_t count)
     {
-        if (!prefetch(points, point_ld, column, ld, count)) {
+        size = count;
+        if (!all_have_corners(column, ld, count)) {
+            normals[(count - 1) / 2] = {};
             for (std::size_t i = 0; i < count; ++i, column += ld) {
-                const bool whole = has_corners(column);
-                set(i, whole ? raw_normals(points, point_ld, column, column) : vec<3, lanes>{});
+                vec<3, lanes> n = {};
+                if (has_corners(column)) n = raw_normals(points, point_ld, column, column);
+                for (int k = 0; k < 3; ++k) normals[i / 2][k][i % 2] = n[k][0];
             }
             return;
         }
-        for (std::size_t i = 0; i < count; i += 2, column += 2 * ld) {
-            // The last of an odd number stands in both lanes.
-            const unsigned* const other = i + 1 < count ? column + ld : column;
-            set(i, raw_normals(points, point_ld, column, other));
-        }
+        // All corners at once: one by one they would wait for each other.
+        if (scattered(column, ld, count))
+            for (std::size_t i = 0; i < count; ++i)
+                prefetch_corners(points, point_ld, column + i * ld);
+        std::size_t i = 0;
+        for (; i < count / 2; ++i, column += 2 * ld)
+            normals[i] = raw_normals(points, point_ld, column, column + ld);
+        // The last of an odd number stands in both lanes.
+        if (count % 2 == 1) normals[i] = raw_normals(points, point_ld, column, column);
     }
 
     /// Scales the normals to length 1, but those without length, and notes the lengths that they
     /// had.
-    void scale(std::size_t count)
+    void scale()
     {
-        for (std::size_t i = 0; i < count; ++i) {
-            const vec3 n = normal(i);
-            const double q = squared_length(n);
-            const double root = std::sqrt(q);
-            const bool stays = (q == 0.0) | (q == 1.0);
-            const double factor = stays ? 1.0 : 1.0 / root;
+        for (std::size_t i = 0; i < (size + 1) / 2; ++i) {
+            const lanes q = squared_length(normals[i]);
+            const lanes root = square_root(q);
+            const auto stays = (q == 0.0) | (q == 1.0);
             lengths[i] = stays ? q : root;
-            for (int k = 0; k < 3; ++k) normals[k][i] = factor * n[k];
+            normals[i] = (stays ? lanes{1.0, 1.0} : 1.0 / root) * normals[i];
         }
     }
 
-    vec3 normal(std::size_t i) const { return {{normals[0][i], normals[1][i], normals[2][i]}}; }
-    double length(std::size_t i) const { return lengths[i]; }
+    vec3 normal(std::size_t i) const { return lane(normals[i / 2], i % 2); }
+    double length(std::size_t i) const { return lengths[i / 2][i % 2]; }
+
+    /// Writes the normals from `to` on, `ld` apart.
+    void store_normals(double* to, std::size_t ld) const
+    {
+        for (std::size_t i = 0; i + 1 < size; i += 2, to += 2 * ld)
+            store_both(normals[i / 2], to, to + ld);
+        if (size % 2 == 1) store(normal(size - 1), to);
+    }
 
 private:
-    /// Asks for all corners at once: one by one they would wait for each other where the nodes lie
-    /// far apart. False if an element misses a corner.
-    static bool prefetch(const double* points, std::size_t point_ld, const unsigned* column,
-                         std::size_t ld, std::size_t count)
+    static bool all_have_corners(const unsigned* column, std::size_t ld, std::size_t count)
     {
-        for (std::size_t i = 0; i < count; ++i, column += ld) {
+        for (std::size_t i = 0; i < count; ++i, column += ld)
             if (!has_corners(column)) return false;
-            const auto ask_for = [&](unsigned row) {
-                const double* const point = points + column[row] * point_ld;
-                __builtin_prefetch(point);
-                __builtin_prefetch(point + 2);
-            };
-            for (unsigned row = 0; row < 3; ++row) ask_for(row);
-            if (MIXED) ask_for(is_quad(column) ? 3 : 0);
-        }
         return true;
+    }
+
+    /// Whether elements that follow each other lie far apart, going by some of them.
+    static bool scattered(const unsigned* column, std::size_t ld, std::size_t count)
+    {
+        constexpr unsigned NEAR = 64;
+        const auto lowest = [](const unsigned* c) { return std::min({c[0], c[1], c[2]}); };
+        int jumps = 0;
+        for (std::size_t i = 1; i < count; i += CAPACITY / 4) {
+            const unsigned step = lowest(column + i * ld) - lowest(column + (i - 1) * ld);
+            jumps += step + NEAR > 2 * NEAR;
+        }
+        return jumps > 1;
+    }
+
+    static void prefetch_corners(const double* points, std::size_t ld, const unsigned* column)
+    {
+        const auto ask_for = [&](unsigned row) {
+            const double* const point = points + column[row] * ld;
+            prefetch(point);
+            prefetch(point + 2);
+        };
+        for (unsigned row = 0; row < 3; ++row) ask_for(row);
+        if (is_quad(column)) ask_for(3);
     }
 
     /// The normals of two elements that have their corners.
@@ -96,17 +125,9 @@ private:
         return select(turned > 0.0, cross(a - c, b - corners(1, 1)), n);
     }
 
-    void set(std::size_t i, const vec<3, lanes>& n)
-    {
-        for (int k = 0; k < 3; ++k) {
-            normals[k][i] = n[k][0];
-            normals[k][i + 1] = n[k][1];
-        }
-    }
-
-    /// One more than the elements: `set` also writes behind the element, which may be the last one.
-    double normals[3][CAPACITY + 1];
-    double lengths[CAPACITY];
+    std::size_t size = 0;
+    vec<3, lanes> normals[CAPACITY / 2];
+    lanes lengths[CAPACITY / 2];
 };
 
 } // namespace vorel::tessalo2d

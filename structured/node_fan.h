@@ -1,6 +1,7 @@
 // Steps from element to element around a node.
 #pragma once
 
+#include "foundation/prefetch.h"
 #include "structured/corner_set.h"
 
 #include <vorel/element_type.h>
@@ -83,11 +84,11 @@ struct fan_mesh {
     /// Has both columns brought in; one of three rows may lie across two cache lines.
     [[gnu::always_inline]] void fetch(unsigned e) const
     {
-        __builtin_prefetch(columns + e * column_ld);
-        __builtin_prefetch(adjacency + e * adjacency_ld);
+        prefetch(columns + e * column_ld);
+        prefetch(adjacency + e * adjacency_ld);
         if constexpr (Form::ROWS == 3) {
-            __builtin_prefetch(columns + e * column_ld + 2);
-            __builtin_prefetch(adjacency + e * adjacency_ld + 2);
+            prefetch(columns + e * column_ld + 2);
+            prefetch(adjacency + e * adjacency_ld + 2);
         }
     }
 

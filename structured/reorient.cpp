@@ -4,6 +4,7 @@
 // Where a side leads, in which corner an edge begins, which kind an element is: all of it is as
 // good as random, and a branch on it costs more than the work. So the comparisons become bits that
 // a table tells the meaning of, and only what is rare is branched on.
+#include "foundation/prefetch.h"
 #include "foundation/status.h"
 #include "structured/corner_set.h"
 
@@ -235,8 +236,8 @@ private:
     /// A column may lie across two cache lines.
     [[gnu::always_inline]] static void fetch(const unsigned* column)
     {
-        __builtin_prefetch(column);
-        __builtin_prefetch(column + Form::ROWS - 1);
+        prefetch(column);
+        prefetch(column + Form::ROWS - 1);
     }
 
     /// Has the columns brought in that the visit of an element needs. Inlined always: a function

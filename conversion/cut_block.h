@@ -35,13 +35,11 @@ inline float estimated_ratio(const float (&a)[3], const float (&b)[3], float pro
     return estimated_length(n);
 }
 
+/// Of the triangle that a and b span, from the lengths of its three sides.
 template <int D>
-inline estimate estimate_quality(const float (&a)[D], const float (&b)[D], float a_length)
+inline estimate estimate_quality(const float (&a)[D], const float (&b)[D], float a_length,
+                                 float b_length, float third_length)
 {
-    float third[D];
-    for (int d = 0; d < D; ++d) third[d] = b[d] - a[d];
-    const float b_length = estimated_length(b);
-    const float third_length = estimated_length(third);
     const float longest = std::max(std::max(a_length, b_length), third_length);
     const float product = longest * (a_length + b_length + third_length);
     return {estimated_ratio(a, b, product) * 3.4641016f, product};
@@ -114,12 +112,14 @@ private:
                 diagonal20[d] = -diagonal02[d];
                 diagonal31[d] = -diagonal13[d];
             }
+            float l[4];
+            for (int k = 0; k < 4; ++k) l[k] = estimated_length(side[k]);
             const float length02 = estimated_length(diagonal02);
             const float length13 = estimated_length(diagonal13);
-            const estimate a = estimate_quality(diagonal02, side[1], length02);
-            const estimate b = estimate_quality(diagonal20, side[3], length02);
-            const estimate c = estimate_quality(diagonal13, side[2], length13);
-            const estimate d = estimate_quality(diagonal31, side[0], length13);
+            const estimate a = estimate_quality(diagonal02, side[1], length02, l[1], l[0]);
+            const estimate b = estimate_quality(diagonal20, side[3], length02, l[3], l[2]);
+            const estimate c = estimate_quality(diagonal13, side[2], length13, l[2], l[1]);
+            const estimate d = estimate_quality(diagonal31, side[0], length13, l[0], l[3]);
             const float one = std::min(a.quality, b.quality);
             const float other = std::min(c.quality, d.quality);
             // A product that is not a number is not in range either.

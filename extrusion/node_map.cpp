@@ -1,5 +1,6 @@
-// Numbering by first appearance: through a table of all nodes where the line uses a fair share of
-// them, through a hash table where a short line lies in a large mesh.
+// Numbering by first appearance: without look-ups while the line goes on and on to higher IDs, as a
+// mesher's lines mostly do; behind that through a table of all nodes where the line uses a fair
+// share of them, through a hash table where a short line lies in a large mesh.
 #include "extrusion/node_map.h"
 
 #include "foundation/chained_hash.h"
@@ -48,16 +49,44 @@ private:
     chained_hash<std::pair<unsigned, unsigned>> map;
 };
 
-template <class Ranks>
-bool number_nodes(const dense2D<unsigned>& connect, unsigned first_id, Ranks& ranks, node_map& map)
+/// Numbers the edges up to the first that does not go on from the one before it to a higher ID:
+/// each of them leads to a new node, which is known without a table. Returns how many they are.
+std::size_t number_rising(const dense2D<unsigned>& connect, unsigned first_id, node_map& map)
 {
     const std::size_t edges = connect.cols;
     const std::size_t ld = connect.ld;
     const unsigned* edge = connect.column(0);
     unsigned* const source = map.sources.begin();
     unsigned* copy = map.copies.column(0);
-    unsigned distinct = 0;
-    for (std::size_t e = 0; e < edges; ++e, edge += ld)
+    unsigned last = edge[0];
+    source[0] = last;
+    std::size_t e = 0;
+    for (; e < edges && edge[0] == last && edge[1] > last; ++e, edge += ld, copy += 2) {
+        last = edge[1];
+        source[e + 1] = last;
+        copy[0] = first_id + static_cast<unsigned>(e);
+        copy[1] = copy[0] + 1;
+    }
+    return e;
+}
+
+/// Numbers the edges from the first one behind the rising ones on.
+template <class Ranks>
+bool number_others(const dense2D<unsigned>& connect, unsigned first_id, std::size_t rising,
+                   Ranks& ranks, node_map& map)
+{
+    const std::size_t edges = connect.cols;
+    unsigned* const source = map.sources.begin();
+    unsigned distinct = rising > 0 ? static_cast<unsigned>(rising + 1) : 0;
+    for (unsigned rank = 0; rank < distinct; ++rank) {
+        unsigned* const slot = ranks.rank_of(source[rank]);
+        if (!slot) return false;
+        *slot = rank;
+    }
+    const std::size_t ld = connect.ld;
+    const unsigned* edge = connect.column(rising);
+    unsigned* copy = map.copies.column(rising);
+    for (std::size_t e = rising; e < edges; ++e, edge += ld)
         for (int end = 0; end < 2; ++end) {
             unsigned* const slot = ranks.rank_of(edge[end]);
             if (!slot) return false;
@@ -78,15 +107,16 @@ bool extrusion_node_map(const dense2D<unsigned>& connect, unsigned first_id, std
                         node_map& map)
 {
     const std::size_t edges = connect.cols;
-    const bool dense = nodes / SPARSE <= edges;
     if (!map.sources.resize(std::min(2 * edges, nodes))) return false;
     if (!map.copies.resize(2, edges)) return false;
-    if (dense) {
+    const std::size_t rising = number_rising(connect, first_id, map);
+    if (rising == edges) return map.sources.resize(edges + 1);
+    if (nodes / SPARSE <= edges) {
         node_table table;
-        return table.init(nodes) && number_nodes(connect, first_id, table, map);
+        return table.init(nodes) && number_others(connect, first_id, rising, table, map);
     }
     node_hash hash;
-    return hash.init(edges) && number_nodes(connect, first_id, hash, map);
+    return hash.init(edges) && number_others(connect, first_id, rising, hash, map);
 }
 
 } // namespace vorel::tessalo2d

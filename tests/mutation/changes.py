@@ -35,7 +35,7 @@ class Change:
 NOT_CODE = re.compile(
     r"""//[^\n]* | /\*.*?\*/ | ^[ ]*\#(?:[^\n]*\\\n)*[^\n]* | "(?:[^"\\\n]|\\.)*" |
         (?<![0-9a-fA-F])'(?:[^'\\\n]|\\.)+' | static_assert\([^;]*; | \btemplate\ <[^;{]*?>\n |
-        ^[ ]*using\ [^;]*; | __builtin_prefetch\([^;]*; | \[\[\w+\]\] | \balignas\([^)]*\)""",
+        ^[ ]*using\ [^;]*; | \bprefetch(?:_to_write)?\([^;]*; | \[\[\w+\]\] | \balignas\([^)]*\)""",
     re.VERBOSE | re.MULTILINE | re.DOTALL)
 
 

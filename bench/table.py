@@ -26,7 +26,8 @@ def row(result):
     case = " ".join(([arguments] if arguments else []) + parts[1:])
     if "error_message" in result:
         return [function, case, size, result["error_message"], "", ""]
-    seconds = result["cpu_time"] * {"ns": 1e-9, "us": 1e-6, "ms": 1e-3, "s": 1.0}[result["time_unit"]]
+    unit = {"ns": 1e-9, "us": 1e-6, "ms": 1e-3, "s": 1.0}[result["time_unit"]]
+    seconds = result["cpu_time"] * unit
     roof = f"{result['x_roof']:.2f}" if "x_roof" in result else "no roof"
     return [
         function,

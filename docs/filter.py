@@ -40,7 +40,8 @@ def cell(text):
     """Text for a cell of a table, in HTML."""
     parts = text.split("`")
     return "".join(
-        f"<code>{html.escape(p, quote=False)}</code>" if i % 2 else html.escape(p, quote=False) for i, p in enumerate(parts)
+        f"<code>{html.escape(p, quote=False)}</code>" if i % 2 else html.escape(p, quote=False)
+        for i, p in enumerate(parts)
     )
 
 
@@ -71,7 +72,8 @@ def status_table(text):
         f"<tr><td>{cell(code) or 'result'}</td><td>{cell(meaning)}</td></tr>"
         for code, meaning in statuses(text)
     )
-    return f'<table class="status"><tr><th>Status</th><th>Meaning, in the order of the checks</th></tr>{rows}</table>'
+    head = "<tr><th>Status</th><th>Meaning, in the order of the checks</th></tr>"
+    return f'<table class="status">{head}{rows}</table>'
 
 
 def table(lines):
@@ -114,7 +116,8 @@ def converted(lines):
             out.append(table(cut))
         else:
             # Prose may hold a comparison or a template argument.
-            out.append(re.sub(r"`([^`]*)`", lambda m: f"<code>{html.escape(m[1], quote=False)}</code>", "\n".join(cut)))
+            code = lambda m: f"<code>{html.escape(m[1], quote=False)}</code>"
+            out.append(re.sub(r"`([^`]*)`", code, "\n".join(cut)))
         out.append("")
         paragraph.clear()
 

@@ -41,7 +41,8 @@ def is_closed(connect):
 def draw_surface(axes, coords, connect, colours, direction, up, size, light=0.6, title=""):
     triangles, rows, edges = triangulated(connect)
     view = View(coords, triangles, direction, up, size, edges=edges)
-    view.show(axes, view.image(np.broadcast_to(colours, (len(connect), 3))[rows], light=light), title)
+    faces = np.broadcast_to(colours, (len(connect), 3))[rows]
+    view.show(axes, view.image(faces, light=light), title)
 
 
 def straight_and_round(record, half=24, layers=14, turns=72):

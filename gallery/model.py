@@ -66,7 +66,8 @@ def read(path):
 def read_obj(path):
     """Vertices and faces of a Wavefront file, other lines passed over."""
     points, faces = [], []
-    for number, line in enumerate(path.read_text(encoding="utf-8", errors="replace").splitlines(), 1):
+    text = path.read_text(encoding="utf-8", errors="replace")
+    for number, line in enumerate(text.splitlines(), 1):
         words = line.split()
         if not words or words[0] not in ("v", "f"):
             continue

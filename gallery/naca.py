@@ -67,7 +67,7 @@ def fill_loop(ids, across):
 
     `ids` are the nodes around the section from the trailing edge, an even number.
     """
-    # Anticlockwise: upper side, nose and lower side are the section itself; the trailing edge follows.
+    # Anticlockwise: upper side, nose and lower side are the section; the trailing edge follows.
     return np.concatenate([ids, np.repeat(ids[:1], across + 1)]).astype(np.uint32)
 
 

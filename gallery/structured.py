@@ -68,9 +68,9 @@ def inside(record, half=30, across=10):
                             exhibit.call(t2.area, coords, connect), area)
         meshes.append((f"section_pattern_{pattern}", coords, connect, None))
     record.add(exhibit, figure, f"""<b>mesh_struct_Q4</b> and <b>mesh_struct_T3</b> with its three
-        patterns of diagonals (the front part is shown), on a loop whose fourth side is a single node, the sharp trailing
-        edge. <b>convert_degenerated_Q4</b> makes triangles of the quadrilaterals that have that
-        node twice (orange).""", meshes)
+        patterns of diagonals (the front part is shown), on a loop whose fourth side is a single
+        node, the sharp trailing edge. <b>convert_degenerated_Q4</b> makes triangles of the
+        quadrilaterals that have that node twice (orange).""", meshes)
 
 
 def make(record):

@@ -131,9 +131,9 @@ def metrics(record, columns=28, rows=26, half=32, layers=14):
     for place in axes:
         draw.polyline(place, naca.section(DIGITS, 200), draw.INK, 1.2)
     record.add(exhibit, figure, f"""<b>interpolate_metrics</b> with metrics: at a node the ellipse is
-        the wanted element, drawn at a fifth of its size, thin across the section and long along it; on the right only as many are drawn as there is
-        room for. Two metrics are reduced to common axes, along which the sizes are linear; so every result
-        is a metric, too.""",
+        the wanted element, drawn at a fifth of its size, thin across the section and long along it;
+        on the right only as many are drawn as there is room for. Two metrics are reduced to common
+        axes, along which the sizes are linear; so every result is a metric, too.""",
         [("metrics_background", coarse, connect, {"metric": carried[: len(coarse)]}),
          ("metrics_served", fine, quads, {"metric": carried[len(coarse):]})])
 

@@ -254,7 +254,10 @@ def to_meshio(
             shape = (len(block),) + per_element.shape[1:]
             data[name].append(np.zeros(shape, dtype=per_element.dtype))
     return meshio.Mesh(
-        as_coords(coords, 3), blocks + line_blocks, point_data=dict(point_data or {}), cell_data=data
+        as_coords(coords, 3),
+        blocks + line_blocks,
+        point_data=dict(point_data or {}),
+        cell_data=data,
     )
 
 
@@ -356,7 +359,9 @@ def pack_metrics(full: ArrayLike, order: str = "tessalo2d") -> NDArray[np.float6
     """Symmetric matrices (n, 2, 2) or (n, 3, 3) as packed ones, (n, 3) or (n, 6)."""
     matrices = np.asarray(full, dtype=np.float64)
     if matrices.ndim != 3 or matrices.shape[1:] not in ((2, 2), (3, 3)):
-        raise ValueError(f"metrics must have the shape (n, 2, 2) or (n, 3, 3), not {matrices.shape}")
+        raise ValueError(
+            f"metrics must have the shape (n, 2, 2) or (n, 3, 3), not {matrices.shape}"
+        )
     scale = np.abs(matrices).max(axis=(1, 2), initial=0.0)
     skew = np.abs(matrices - matrices.transpose(0, 2, 1)).max(axis=(1, 2), initial=0.0)
     if (skew > 1e-12 * scale).any():

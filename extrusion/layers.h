@@ -78,13 +78,13 @@ inline void place_layer(const layer_source& source, double* target, Move move)
     if (k < count) store(move(load<D>(points + ids[k] * ld)), target);
 }
 
-/// Gives a matrix `rows` rows and `more` columns behind its own. Rows that old columns lacked hold
-/// `fill`; the new columns are left to be written. False and no change when storage can't be had.
+/// Gives a matrix `rows` rows and `more` columns behind its own, for which IDs suffice. Rows that
+/// old columns lacked hold `fill`; the new columns are left to be written. False and no change when
+/// storage can't be had.
 template <class T>
 [[nodiscard]] bool extend(dense2D<T>& m, std::size_t rows, std::size_t more, T fill)
 {
     const std::size_t cols = m.cols;
-    if (more > std::numeric_limits<std::size_t>::max() - cols) return false;
     if (!m.reserve(rows, cols + more, 1)) return false;
     return m.resize(rows, cols, fill) && m.resize(rows, cols + more);
 }

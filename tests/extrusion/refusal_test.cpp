@@ -220,6 +220,26 @@ TEST(ExtrusionRefusal, OfAnyOneRequestGivesTheFullResultOrNone)
     });
 }
 
+/// Refuses each request for working storage in the extrusion of a line with so many nodes among
+/// 5000. What it grows has room already: no refusal there hides one before.
+void expect_all_or_none(const dense2D<unsigned>& connect, std::size_t distinct)
+{
+    const overload& o = overload_named("translate Q4 plane fixed");
+    const std::size_t refusals =
+        support::each_refused_allocation([&](const auto& armed, const std::string& told) {
+            dense2D<double> coords = nodes(2, 5000);
+            dense2D<unsigned> output;
+            ASSERT_TRUE(coords.reserve(2, 6000, 1));
+            ASSERT_TRUE(output.reserve(4, 1000, 1));
+            int status = 0;
+            const bool refused = armed([&] { status = o.run(coords, connect, {}, output); });
+            EXPECT_TRUE(status == 0 || (refused && status == -199)) << told;
+            EXPECT_EQ(coords.cols, status == 0 ? 5000u + 3u * distinct : 5000u) << told;
+            EXPECT_EQ(output.cols, status == 0 ? 3u * connect.cols : 0u) << told;
+        });
+    EXPECT_GT(refusals, 4u);
+}
+
 TEST(ExtrusionRefusal, OfAGrowingHashOfASparseLine)
 {
     // All nodes are distinct, so there are twice as many as edges and the table grows on the way.
@@ -228,18 +248,18 @@ TEST(ExtrusionRefusal, OfAGrowingHashOfASparseLine)
         connect(0, e) = 80 * e;
         connect(1, e) = 80 * e + 40;
     }
-    const overload& o = overload_named("translate Q4 plane fixed");
-    const std::size_t refusals =
-        support::each_refused_allocation([&](const auto& armed, const std::string& told) {
-            dense2D<double> coords = nodes(2, 5000);
-            dense2D<unsigned> output;
-            int status = 0;
-            const bool refused = armed([&] { status = o.run(coords, connect, {}, output); });
-            EXPECT_TRUE(status == 0 || (refused && status == -199)) << told;
-            EXPECT_EQ(coords.cols, status == 0 ? 5000u + 3u * 120u : 5000u) << told;
-            EXPECT_EQ(output.cols, status == 0 ? 180u : 0u) << told;
-        });
-    EXPECT_GT(refusals, 4u);
+    expect_all_or_none(connect, 120);
+}
+
+TEST(ExtrusionRefusal, OfTheHashOfASparseLineThatRisesFirst)
+{
+    // A closed loop: all nodes are numbered when the last edge asks for the hash table.
+    dense2D<unsigned> connect(2, 60);
+    for (unsigned e = 0; e < 60; ++e) {
+        connect(0, e) = 80 * e;
+        connect(1, e) = 80 * ((e + 1) % 60);
+    }
+    expect_all_or_none(connect, 60);
 }
 
 TEST(ExtrusionRefusal, MoreNodesThanIDsAreRefusedAsAFailedElementStep)

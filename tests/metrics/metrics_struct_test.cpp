@@ -1,58 +1,17 @@
+// Metrics over structured patches, in the plane and in space.
+#include "metrics/boundary_loop.h"
 #include "metrics/dimensions.h"
 #include "metrics/metric_pair.h"
 #include "metrics/reference.h"
-#include "metrics/sizes.h"
 #include "support/allocation.h"
 #include "support/matrices.h"
 
-#include <algorithm>
-
-#include <sys/mman.h>
-
 using namespace vorel;
+using namespace patch_tests;
 using reference::real;
 using tessalo2d::metrics_struct;
 
 namespace {
-
-/// The list around a patch of n x m cells whose boundary nodes have the IDs 0, 1, 2 and so on,
-/// shuffled by a seed.
-struct loop {
-    loop(std::size_t n_, std::size_t m_, unsigned seed) : n(n_), m(m_), nodes(2 * (n_ + m_))
-    {
-        std::vector<unsigned> order;
-        for (unsigned k = 0; k < nodes; ++k) order.push_back(k);
-        std::mt19937 draw(seed);
-        std::shuffle(order.begin(), order.end(), draw);
-        for (const unsigned id : order) ids.append(id);
-        ids.append(order[0]);
-    }
-
-    /// The boundary node at grid indices (i, j), found by walking around.
-    unsigned at(std::size_t i, std::size_t j) const
-    {
-        std::size_t position = 0;
-        std::size_t x = 0;
-        std::size_t y = 0;
-        while (x != i || y != j) {
-            if (y == 0 && x < n)
-                ++x;
-            else if (x == n && y < m)
-                ++y;
-            else if (y == m && x > 0)
-                --x;
-            else
-                --y;
-            ++position;
-        }
-        return ids[position];
-    }
-
-    std::size_t n;
-    std::size_t m;
-    std::size_t nodes;
-    dense1D<unsigned, 8> ids;
-};
 
 template <std::size_t D>
 dense2D<double> random_metrics(std::size_t columns, unsigned seed, double condition = 10.0)
@@ -62,27 +21,6 @@ dense2D<double> random_metrics(std::size_t columns, unsigned seed, double condit
     for (std::size_t j = 0; j < columns; ++j)
         tessalo2d::store_metric(reference::random_metric<D>(draw, condition), metrics.column(j));
     return metrics;
-}
-
-dense1D<double, 8> random_sizes(std::size_t entries, unsigned seed)
-{
-    std::mt19937 draw(seed);
-    std::uniform_real_distribution<double> size(0.5, 2.0);
-    dense1D<double, 8> sizes(entries);
-    for (double& h : sizes) h = size(draw);
-    return sizes;
-}
-
-double mixed(double t, double first, double second)
-{
-    double size = 0.0;
-    (void)tessalo2d::interpolate_size_pair(t, first, second, size);
-    return size;
-}
-
-double ratio(std::size_t i, std::size_t n)
-{
-    return static_cast<double>(i) / static_cast<double>(n);
 }
 
 /// The node's metric by the three interpolations of its definition, none of them shared.
@@ -101,168 +39,7 @@ symmetric_fixed<double, D> metric_by_definition(const dense2D<double>& field, co
     return m;
 }
 
-constexpr std::size_t cells[][2] = {{2, 2}, {3, 2}, {2, 3}, {4, 7}, {9, 2}, {2, 9}, {6, 6}};
-
 } // namespace
-
-TEST(MetricsStruct, AnEmptyListOrACountOfZeroIsNothingToDo)
-{
-    dense1D<double, 8> sizes;
-    const dense1D<unsigned, 8> wrong{9, 8, 7, 6};
-    EXPECT_EQ(metrics_struct({}, 3, sizes), 0);
-    EXPECT_EQ(metrics_struct(wrong, 0, sizes), 0);
-    EXPECT_EQ(sizes.size, 0u);
-    for (const std::size_t rows : {3u, 6u}) {
-        dense2D<double> metrics = support::without_columns<double>(rows);
-        EXPECT_EQ(metrics_struct({}, 3, metrics), 0);
-        EXPECT_EQ(metrics_struct(wrong, 0, metrics), 0);
-        EXPECT_EQ(metrics.cols, 0u);
-        EXPECT_EQ(metrics.rows, rows);
-    }
-}
-
-TEST(MetricsStruct, TheRowsAreCheckedBeforeAnythingElse)
-{
-    for (const std::size_t rows : {0u, 1u, 2u, 4u, 5u, 7u}) {
-        dense2D<double> metrics = support::without_columns<double>(rows);
-        EXPECT_EQ(metrics_struct({}, 0, metrics), -3) << rows;
-        EXPECT_EQ(metrics_struct({1, 2}, 5, metrics), -3) << rows;
-        dense2D<double> filled(rows, 4, 1.0);
-        EXPECT_EQ(metrics_struct({0, 1, 2, 3, 0}, 1, filled), -3) << rows;
-    }
-}
-
-TEST(MetricsStruct, StatusesComeInTheOrderOfTheChecks)
-{
-    struct {
-        dense1D<unsigned, 8> ids;
-        unsigned count;
-        int status;
-        const char* why;
-    } const rows[] = {
-        {{0}, 1, -1, "too short"},
-        {{0, 1}, 7, -1, "too short"},
-        {{0, 1, 2, 0}, 1, -1, "four nodes"},
-        {{0, 1, 2, 0}, 9, -1, "four nodes, before the count"},
-        {{0, 1, 2, 3, 4}, 1, -1, "not closed"},
-        {{0, 1, 2, 3, 4}, 9, -1, "not closed, before the count"},
-        {{0, 1, 2, 8, 0}, 1, -1, "an ID that is the length of the field"},
-        {{0, 1, UNSET_ID, 3, 0}, 1, -1, "an unset ID"},
-        {{0, 1, 2, 8, 0}, 9, -1, "a wrong ID, before the count"},
-        {{8, 1, 2, 3, 4, 5, 8}, 9, -1, "a wrong ID at the ends"},
-        {{0, 1, 2, 3, 0}, 3, -2, "more cells than nodes"},
-        {{0, 1, 2, 3, 0}, 4000000000u, -2, "far more cells than nodes"},
-        {{0, 1, 2, 3, 4, 0}, 1, -2, "an even number of nodes"},
-        {{0, 1, 2, 3, 4, 0}, 3, -2, "twice the count is the length"},
-        {{0, 1, 2, 3, 0}, 1, 0, "one cell"},
-    };
-    for (const auto& row : rows) {
-        dense1D<double, 8> sizes(8, 1.0);
-        EXPECT_EQ(metrics_struct(row.ids, row.count, sizes), row.status) << row.why;
-        EXPECT_EQ(support::elements(sizes), std::vector<double>(8, 1.0)) << row.why;
-        for (const std::size_t entries : {3u, 6u}) {
-            dense2D<double> metrics(entries, 8, 1.0);
-            EXPECT_EQ(metrics_struct(row.ids, row.count, metrics), row.status) << row.why;
-            EXPECT_EQ(metrics.cols, 8u) << row.why;
-        }
-    }
-}
-
-TEST(MetricsStruct, APatchOfOneCellAcrossHasNoInteriorNode)
-{
-    for (const auto& [n, m] : {std::pair{1, 1}, std::pair{1, 5}, std::pair{5, 1}}) {
-        const loop l(static_cast<std::size_t>(n), static_cast<std::size_t>(m), 1);
-        dense1D<double, 8> sizes(l.nodes, 2.0);
-        EXPECT_EQ(metrics_struct(l.ids, static_cast<unsigned>(m), sizes), 0);
-        EXPECT_EQ(sizes.size, l.nodes);
-        dense2D<double> metrics(6, l.nodes, 2.0);
-        EXPECT_EQ(metrics_struct(l.ids, static_cast<unsigned>(m), metrics), 0);
-        EXPECT_EQ(metrics.cols, l.nodes);
-    }
-}
-
-TEST(MetricsStruct, SizesOfAPatchOfTwoByTwoAreTheMeanOfTheFourSides)
-{
-    // Left 1 and right 3 give 2; bottom 5 and top 11 give 8; their mean is 5.
-    dense1D<double, 8> sizes{9.0, 5.0, 9.0, 3.0, 9.0, 11.0, 9.0, 1.0};
-    EXPECT_EQ(metrics_struct({0, 1, 2, 3, 4, 5, 6, 7, 0}, 2, sizes), 0);
-    ASSERT_EQ(sizes.size, 9u);
-    EXPECT_EQ(sizes[8], 5.0);
-}
-
-TEST(MetricsStruct, SizesAreNumberedWithTheSecondIndexRunningFastest)
-{
-    // Three cells along the bottom and two up: the two interior nodes lie side by side. A size of
-    // j / 2 interpolates between bottom 1 and top 3, and i / 3 between left 1 and right 4.
-    dense1D<double, 8> sizes{9.0, 1.0, 1.0, 9.0, 4.0, 9.0, 3.0, 3.0, 9.0, 1.0};
-    EXPECT_EQ(metrics_struct({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 0}, 2, sizes), 0);
-    ASSERT_EQ(sizes.size, 12u);
-    EXPECT_NEAR(sizes[10], (2.0 + 2.0) / 2.0, 1e-15);
-    EXPECT_NEAR(sizes[11], (2.0 + 3.0) / 2.0, 1e-15);
-    // The same patch from another side: two along the bottom and three up.
-    sizes = {9.0, 3.0, 9.0, 1.0, 2.0, 9.0, 5.0, 9.0, 4.0, 3.0};
-    EXPECT_EQ(metrics_struct({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 0}, 3, sizes), 0);
-    ASSERT_EQ(sizes.size, 12u);
-    // (1, 1): left(1) = 3 at position 9, right(1) = 1; (1, 2): left(2) = 4, right(2) = 2.
-    EXPECT_NEAR(sizes[10], (2.0 + (3.0 + 2.0 / 3.0)) / 2.0, 1e-15);
-    EXPECT_NEAR(sizes[11], (3.0 + (3.0 + 4.0 / 3.0)) / 2.0, 1e-15);
-}
-
-TEST(MetricsStruct, SizesAreTheirDefinitionBitForBit)
-{
-    for (const auto& [n, m] : cells)
-        for (unsigned seed = 1; seed <= 5; ++seed) {
-            const loop l(n, m, seed);
-            // Entries behind the boundary show that the length of the field counts, not the list's.
-            const std::size_t entries = l.nodes + seed;
-            const dense1D<double, 8> before = random_sizes(entries, seed);
-            const std::vector<double> values = support::elements(before);
-            dense1D<double, 8> sizes = support::placed_run(before, 0);
-            ASSERT_EQ(metrics_struct(l.ids, static_cast<unsigned>(m), sizes), 0);
-            ASSERT_EQ(sizes.size, entries + (n - 1) * (m - 1));
-            for (std::size_t k = 0; k < entries; ++k) ASSERT_EQ(sizes[k], values[k]);
-            for (std::size_t i = 1; i < n; ++i)
-                for (std::size_t j = 1; j < m; ++j) {
-                    const double a = mixed(ratio(i, n), values[l.at(0, j)], values[l.at(n, j)]);
-                    const double b = mixed(ratio(j, m), values[l.at(i, 0)], values[l.at(i, m)]);
-                    ASSERT_EQ(sizes[entries + (i - 1) * (m - 1) + (j - 1)], mixed(0.5, b, a))
-                        << n << " x " << m << ", seed " << seed;
-                }
-        }
-}
-
-TEST(MetricsStruct, ASizeThatIsNotPositiveGivesZeroWhereItIsRead)
-{
-    const std::size_t n = 4;
-    const std::size_t m = 5;
-    const loop l(n, m, 3);
-    for (const double bad : {0.0, -1.0, std::nan("")}) {
-        dense1D<double, 8> sizes(l.nodes, 1.0);
-        sizes[l.at(0, 2)] = bad;
-        sizes[l.at(3, m)] = bad;
-        ASSERT_EQ(metrics_struct(l.ids, m, sizes), 0);
-        for (std::size_t i = 1; i < n; ++i)
-            for (std::size_t j = 1; j < m; ++j)
-                EXPECT_EQ(sizes[l.nodes + (i - 1) * (m - 1) + (j - 1)],
-                          j == 2 || i == 3 ? 0.0 : 1.0)
-                    << i << ", " << j;
-    }
-}
-
-TEST(MetricsStruct, ASizeOutOfRangeIsStoredWhereItIsRead)
-{
-    const double inf = std::numeric_limits<double>::infinity();
-    dense1D<double, 8> sizes{9.0, 5.0, 9.0, 3.0, 9.0, 11.0, 9.0, inf};
-    EXPECT_EQ(metrics_struct({0, 1, 2, 3, 4, 5, 6, 7, 0}, 2, sizes), 0);
-    ASSERT_EQ(sizes.size, 9u);
-    // Across it is (3 - inf) / 2 + inf, no number: not above 0, which then gives 0.
-    EXPECT_EQ(sizes[8], 0.0);
-    // Across it is (inf - 1) / 2 + 1, refused as out of range, and taken as it is.
-    sizes = {9.0, 5.0, 9.0, inf, 9.0, 11.0, 9.0, 1.0};
-    EXPECT_EQ(metrics_struct({0, 1, 2, 3, 4, 5, 6, 7, 0}, 2, sizes), 0);
-    ASSERT_EQ(sizes.size, 9u);
-    EXPECT_EQ(sizes[8], inf);
-}
 
 template <class Dimension>
 class MetricsStructOf : public testing::Test {
@@ -415,65 +192,4 @@ TYPED_TEST(MetricsStructOf, AFieldTooShortToBeShortenedIsOutOfMemory)
     EXPECT_EQ(metrics_struct({0, 0, 0, 0, 0, 0, 0}, 3, metrics), 0);
     EXPECT_EQ(metrics.cols, 0u);
     EXPECT_EQ(metrics.rows, std::size_t(TypeParam::rows));
-}
-
-TEST(MetricsStruct, SizesOfAPatchWithoutCellsAlongTheBottomAreShortened)
-{
-    dense1D<double, 8> sizes{1.0, 2.0, 3.0, 4.0, 5.0, 6.0};
-    EXPECT_EQ(metrics_struct({0, 1, 2, 3, 4, 5, 0}, 3, sizes), 0);
-    EXPECT_EQ(support::elements(sizes), (std::vector<double>{1.0, 2.0, 3.0, 4.0}));
-    dense1D<double, 8> one{1.0};
-    EXPECT_EQ(metrics_struct({0, 0, 0, 0, 0, 0, 0}, 3, one), -199);
-    EXPECT_EQ(one.size, 1u);
-}
-
-TEST(MetricsStruct, SizesAtAnOffsetGiveTheSame)
-{
-    const loop l(4, 5, 6);
-    const dense1D<double, 8> before = random_sizes(l.nodes, 6);
-    dense1D<double, 8> dense = support::placed_run(before, 0);
-    dense1D<double, 8> placed = support::placed_run(before, 11);
-    ASSERT_EQ(metrics_struct(l.ids, 5, dense), 0);
-    ASSERT_EQ(metrics_struct(l.ids, 5, placed), 0);
-    EXPECT_EQ(support::elements(placed), support::elements(dense));
-    for (std::size_t k = 0; k < 11; ++k)
-        EXPECT_EQ(placed.block->data[k], static_cast<double>(0x5A5A5A5Au));
-}
-
-TEST(MetricsStruct, SizesSurviveARefusedAllocationUnchanged)
-{
-    const loop l(4, 5, 7);
-    const dense1D<double, 8> before = random_sizes(l.nodes, 7);
-    const std::size_t refusals =
-        support::each_refused_allocation([&](const auto& armed, const auto& told) {
-            dense1D<double, 8> sizes = support::placed_run(before, 0);
-            int status = 1;
-            const bool refused = armed([&] { status = metrics_struct(l.ids, 5, sizes); });
-            EXPECT_EQ(status, refused ? -199 : 0) << told;
-            if (refused) {
-                EXPECT_EQ(support::elements(sizes), support::elements(before)) << told;
-            }
-        });
-    EXPECT_GT(refusals, 0u);
-}
-
-TEST(MetricsStruct, MoreNodesThanIDsAreOutOfMemory)
-{
-    // 70000 x 70000 cells have more than 2^32 interior nodes. There is address space for all of
-    // them, so that it is not the storage that is refused; nothing of it may be touched.
-    const std::size_t n = 70000;
-    const std::size_t room = n * n;
-    void* const space = mmap(nullptr, room * sizeof(double), PROT_READ | PROT_WRITE,
-                             MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
-    if (space == MAP_FAILED) GTEST_SKIP() << "no address space";
-    const dense1D<unsigned, 8> ids(4 * n + 1, 0u);
-    auto sizes = dense1D<double, 8>::wrap(static_cast<double*>(space), room);
-    sizes.size = 1;
-    EXPECT_EQ(metrics_struct(ids, static_cast<unsigned>(n), sizes), -199);
-    EXPECT_EQ(sizes.size, 1u);
-    auto metrics = dense2D<double>::wrap(static_cast<double*>(space), 3, room / 3);
-    metrics.cols = 1;
-    EXPECT_EQ(metrics_struct(ids, static_cast<unsigned>(n), metrics), -199);
-    EXPECT_EQ(metrics.cols, 1u);
-    munmap(space, room * sizeof(double));
 }

@@ -13,6 +13,8 @@ using vorel::dense1D;
 using vorel::dense2D;
 using vorel::UNSET_ID;
 
+using ids = dense2D<unsigned>;
+
 /// The views, in the order in which `each_view` visits them.
 enum view : std::uint8_t {
     COORDS,
@@ -136,13 +138,22 @@ inline bool same(unsigned a, unsigned b)
     return a == b;
 }
 
+/// The same number of rows and of columns.
+template <class View>
+bool same_shape(const View& a, const View& b)
+{
+    const shape s = shape_of(a);
+    const shape t = shape_of(b);
+    return s.rows == t.rows && s.cols == t.cols;
+}
+
 /// The same shape and the same entries, wherever they stand.
 template <class View>
 bool same_entries(const View& a, const View& b)
 {
+    if (!same_shape(a, b)) return false;
     const shape s = shape_of(a);
     const shape t = shape_of(b);
-    if (s.rows != t.rows || s.cols != t.cols) return false;
     if (s.is_empty()) return true;
     const auto* const p = a.block->data + s.offset;
     const auto* const q = b.block->data + t.offset;

@@ -13,8 +13,6 @@ using namespace vorel::tessalo2d;
 
 namespace {
 
-using ids = dense2D<unsigned>;
-
 // ----------------------------------------------------------------------------- order conversion
 
 void prepare_quadratic(input& in, arguments& a)
@@ -66,9 +64,7 @@ void verify_split_into_linear(const arguments& before, const arguments& after, i
 
 void prepare_high_order(input& in, arguments& a, unsigned edge_nodes)
 {
-    const mesh m = read_mesh(in, {in.rows({3, 4}), in.rows({2, 3}), in.below(4)});
-    a.coords() = m.coords;
-    a.connect() = m.connect;
+    read_mesh(in, a, {in.rows({3, 4}), in.rows({2, 3}), in.below(4)});
     a.result() = read_result(in, {3, 4, 6, 9});
     a.count[0] = edge_nodes;
     a.count[1] = in.chance(85) ? in.pick({0u, 1u, 4u, 9u}) : in.count(400);
@@ -76,14 +72,14 @@ void prepare_high_order(input& in, arguments& a, unsigned edge_nodes)
     if (in.chance(50)) return;
     // Prepared edges: some of the mesh, some that are not.
     const std::size_t rows = edge_nodes > 200 ? in.below(11) : in.rows({edge_nodes + 2});
-    a.edges() = read_ids(in, {rows, in.below(7)}, m.coords.cols);
+    a.edges() = read_ids(in, {rows, in.below(7)}, a.coords().cols);
     ids& edges = a.edges();
-    for (std::size_t j = 0; j < edges.cols && rows >= 3 && !m.connect.is_empty(); ++j) {
-        if (in.chance(30) || m.connect.rows < 3) continue;
-        const std::size_t e = in.below(unsigned(m.connect.cols));
+    for (std::size_t j = 0; j < edges.cols && rows >= 3 && !a.connect().is_empty(); ++j) {
+        if (in.chance(30) || a.connect().rows < 3) continue;
+        const std::size_t e = in.below(unsigned(a.connect().cols));
         const unsigned k = in.below(3);
-        edges(0, j) = m.connect(k, e);
-        edges(1, j) = m.connect((k + 1) % 3, e);
+        edges(0, j) = a.connect()(k, e);
+        edges(1, j) = a.connect()((k + 1) % 3, e);
         if (in.chance(10)) edges(in.below(3), j) = UNSET_ID;
     }
 }
@@ -96,12 +92,6 @@ void prepare_any_order(input& in, arguments& a)
 void prepare_middle(input& in, arguments& a)
 {
     prepare_high_order(in, a, 1);
-}
-
-int faces_failure(const arguments& a)
-{
-    if (!is_plane_or_space(a.coords())) return -1;
-    return holds_faces(a.connect(), a.coords().cols) ? 0 : -2;
 }
 
 bool is_square(unsigned n)
@@ -230,9 +220,7 @@ void verify_split_into_Q4(const arguments& before, const arguments& after, int s
 
 void prepare_faces(input& in, arguments& a)
 {
-    const mesh m = read_mesh(in, {in.rows({4, 4, 4, 3}), in.rows({2, 3}), in.below(3)});
-    a.coords() = m.coords;
-    a.connect() = m.connect;
+    read_mesh(in, a, {in.rows({4, 4, 4, 3}), in.rows({2, 3}), in.below(3)});
     a.result() = read_result(in, {3, 4});
 }
 
@@ -284,14 +272,12 @@ void verify_split(const arguments& before, const arguments& after, int status)
 
 void prepare_gated(input& in, arguments& a)
 {
-    const mesh m = read_mesh(in, {in.rows({4}), in.rows({2, 3}), in.below(3)});
-    a.coords() = m.coords;
-    a.connect() = m.connect;
+    read_mesh(in, a, {in.rows({4}), in.rows({2, 3}), in.below(3)});
     a.result() = read_result(in, {4});
     for (unsigned k = 0; k < 3; ++k) a.real[k] = in.small_real(10);
     a.choice = in.chance(90) ? int(in.below(8)) : int(in.word());
-    a.list() = read_id_list(in, in.chance(60) ? 0 : in.below(6), m.connect.cols);
-    a.more_list() = read_id_list(in, in.chance(60) ? 0 : in.below(6), m.connect.cols);
+    a.list() = read_id_list(in, in.chance(60) ? 0 : in.below(6), a.connect().cols);
+    a.more_list() = read_id_list(in, in.chance(60) ? 0 : in.below(6), a.connect().cols);
 }
 
 int split_gated_failure(const arguments& a)

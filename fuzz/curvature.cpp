@@ -16,10 +16,8 @@ namespace {
 
 void prepare_parametric(input& in, arguments& a)
 {
-    const mesh m = read_mesh(in, {in.rows({3}), in.rows({2}), in.below(3)});
-    a.coords() = m.coords;
-    a.connect() = m.connect;
-    const std::size_t columns = in.chance(3) ? in.below(9) : m.coords.cols;
+    read_mesh(in, a, {in.rows({3}), in.rows({2}), in.below(3)});
+    const std::size_t columns = in.chance(3) ? in.below(9) : a.coords().cols;
     a.field() = read_reals(in, {in.rows({6}), columns});
     if (in.chance(70))
         for (std::size_t j = 0; j < columns && a.field().rows == 6; ++j) {
@@ -107,9 +105,7 @@ void verify_principal(const arguments& before, const arguments& after, int statu
 
 void prepare_metrics(input& in, arguments& a)
 {
-    const mesh m = read_mesh(in, {in.rows({3}), in.rows({3, 3, 3, 4, 5}), in.below(3)});
-    a.coords() = m.coords;
-    a.connect() = m.connect;
+    read_mesh(in, a, {in.rows({3}), in.rows({3, 3, 3, 4, 5}), in.below(3)});
     a.real[0] = in.small_real(in.pick({0u, 0u, 40u}));
     a.field() = read_metrics(in, {in.rows({6}), in.chance(40) ? 0 : in.below(30)});
 }
@@ -130,13 +126,10 @@ void verify_metrics(const arguments& before, const arguments& after, int status)
     const auto& connect = before.connect();
     if (status != 0) return;
     std::size_t largest = 0;
-    std::vector<bool> used(now.cols, false);
     for (std::size_t j = 0; j < connect.cols; ++j)
-        for (std::size_t i = 0; i < 3; ++i) {
-            largest = std::max<std::size_t>(largest, connect(i, j));
-            if (connect(i, j) < now.cols) used[connect(i, j)] = true;
-        }
+        for (std::size_t i = 0; i < 3; ++i) largest = std::max<std::size_t>(largest, connect(i, j));
     promise(now.rows == 6 && now.cols == std::max(old.cols, largest + 1), "shape");
+    const std::vector<bool> used = used_nodes(connect, now.cols);
     for (std::size_t j = 0; j < now.cols; ++j)
         for (std::size_t i = 0; i < 6 && !used[j]; ++i) {
             const double was = old.rows == 6 && j < old.cols ? old(i, j) : 0.0;

@@ -13,8 +13,6 @@ using namespace vorel::tessalo2d;
 
 namespace {
 
-using ids = dense2D<unsigned>;
-
 // Positions in `arguments::real`.
 constexpr unsigned H0 = 0;
 constexpr unsigned H1 = 1;
@@ -56,8 +54,8 @@ void prepare(input& in, arguments& a, std::size_t output_rows)
 
 // ------------------------------------------------------------------------------- order of checks
 
-/// The checks of one overload, in order: the status of each, 0 for one that it does not make. A
-/// settled interface, odd codes included (kept: callers rely on them).
+/// The checks of one overload, in order: the status of each, 0 for one that it does not make. Odd
+/// codes among them are kept: callers rely on them.
 struct checks {
     bool plane_only; ///< takes no third coordinate
     bool sized;      ///< h0 and h1 in place of N

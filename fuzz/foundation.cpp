@@ -11,20 +11,14 @@ using namespace vorel::tessalo2d;
 
 namespace {
 
-using ids = dense2D<unsigned>;
-
 void prepare_area(input& in, arguments& a)
 {
-    const mesh m = read_mesh(in, {in.rows({3, 4}), in.rows({2, 3}), in.below(3)});
-    a.coords() = m.coords;
-    a.connect() = m.connect;
+    read_mesh(in, a, {in.rows({3, 4}), in.rows({2, 3}), in.below(3)});
 }
 
 int area_failure(const arguments& a)
 {
-    if (a.connect().is_empty()) return 0;
-    if (!is_plane_or_space(a.coords())) return -1;
-    return holds_faces(a.connect(), a.coords().cols) ? 0 : -2;
+    return a.connect().is_empty() ? 0 : faces_failure(a);
 }
 
 void verify_area(const arguments& before, const arguments& after, int status)
@@ -60,17 +54,10 @@ void prepare_checks(input& in, arguments& a)
     a.choice = in.pick({5, 5, 5, 6, 7, 3, int(in.below(26)) - 1});
 }
 
-bool is_allowed(const ids& m, element_type type, unsigned n)
-{
-    if (m.is_empty()) return true;
-    if (type == ELEMENT_ANY_FACE) return holds_faces(m, n);
-    return type >= ELEMENT_NONE && type <= ELEMENT_HEXA27 && m.rows == element_node_count(type) &&
-           holds_IDs(m, n, false);
-}
-
 void verify_typed_check(const arguments& before, const arguments&, int status)
 {
-    const bool allowed = is_allowed(before.connect(), element_type(before.choice), before.count[0]);
+    const bool allowed =
+        holds_elements(before.connect(), element_type(before.choice), before.count[0]);
     promise(status == int(allowed), "entries and rows that the type allows");
 }
 

@@ -16,8 +16,6 @@ using namespace vorel::tessalo2d;
 
 namespace {
 
-using ids = dense2D<unsigned>;
-
 /// Puts targets on nodes, between nodes and beside them.
 void place_targets(input& in, dense2D<double>& coords, std::size_t first)
 {
@@ -105,17 +103,11 @@ int background_failure(const arguments& a, element_type type, std::size_t field_
                        bool right_field)
 {
     const ids& connect = a.connect();
-    const ids& neighbors = a.neighbors();
     const std::size_t nodes = a.coords().cols;
     if (a.coords().rows != 2) return -1;
-    const bool known = type >= ELEMENT_NONE && type <= ELEMENT_HEXA27;
-    const bool of_type =
-        type == ELEMENT_ANY_FACE
-            ? holds_faces(connect, nodes)
-            : known && connect.rows == element_node_count(type) && holds_IDs(connect, nodes, false);
-    if (!connect.is_empty() && !of_type) return -2;
-    if (neighbors.rows != connect.rows || neighbors.cols != connect.cols) return -3;
-    if (!holds_IDs(neighbors, connect.cols, true)) return -3;
+    if (!holds_elements(connect, type, nodes)) return -2;
+    if (!same_shape(a.neighbors(), connect)) return -3;
+    if (!holds_IDs(a.neighbors(), connect.cols, true)) return -3;
     if (a.node_element().size != nodes) return -4;
     return field_length == nodes && right_field ? 0 : -5;
 }
@@ -264,7 +256,7 @@ void verify_matrix(const arguments& before, const arguments& after, int status)
 {
     const auto& old = before.field();
     const auto& now = after.field();
-    promise(old.rows == now.rows && old.cols == now.cols, "shape");
+    promise(same_shape(old, now), "shape");
     for (std::size_t j = 0; j < old.cols && old.rows > 0; ++j)
         promise(is_target(before, j, all) || is_same_column(old, now, j),
                 "only targets are written");

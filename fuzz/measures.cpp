@@ -11,8 +11,6 @@ using namespace vorel::tessalo2d;
 
 namespace {
 
-using ids = dense2D<unsigned>;
-
 /// An output that holds something else.
 dense2D<double> read_old_result(input& in)
 {
@@ -21,9 +19,7 @@ dense2D<double> read_old_result(input& in)
 
 void prepare_angles(input& in, arguments& a)
 {
-    const mesh m = read_mesh(in, {in.rows({3, 4}), in.rows({2, 3}), in.below(3)});
-    a.coords() = m.coords;
-    a.connect() = m.connect;
+    read_mesh(in, a, {in.rows({3, 4}), in.rows({2, 3}), in.below(3)});
     a.flag = in.chance(50);
     a.values() = read_real_list(in, in.below(5));
     a.more_values() = read_real_list(in, in.below(5));
@@ -31,9 +27,7 @@ void prepare_angles(input& in, arguments& a)
 
 int angles_failure(const arguments& a)
 {
-    if (a.connect().is_empty()) return 0;
-    if (!is_plane_or_space(a.coords())) return -1;
-    return holds_faces(a.connect(), a.coords().cols) ? 0 : -2;
+    return a.connect().is_empty() ? 0 : faces_failure(a);
 }
 
 void verify_angles(const arguments& before, const arguments& after, int status)
@@ -64,13 +58,9 @@ void verify_angles(const arguments& before, const arguments& after, int status)
 
 void prepare_normals(input& in, arguments& a)
 {
-    const mesh m = read_mesh(in, {in.rows({3, 4}), in.rows({3}), in.below(3)});
-    a.coords() = m.coords;
-    a.connect() = m.connect;
-    ids& connect = a.connect();
+    read_mesh(in, a, {in.rows({3, 4}), in.rows({3}), in.below(3)});
     const unsigned unset = in.pick({0u, 0u, 10u});
-    for (std::size_t j = 0; j < connect.cols && connect.rows >= 3; ++j)
-        if (in.chance(unset)) connect(in.below(unsigned(connect.rows)), j) = UNSET_ID;
+    if (a.connect().rows >= 3) unset_some(in, a.connect(), unset);
     a.flag = in.chance(50);
     constexpr double largest = std::numeric_limits<double>::max();
     a.real[0] = in.pick({0.0, 1.0, -1.0, 2.0, 0.5, largest, -largest, in.wild_real()});
@@ -150,9 +140,7 @@ bool is_flat(const dense2D<double>& p, const unsigned* n)
 
 void prepare_circumcenters(input& in, arguments& a)
 {
-    const mesh m = read_mesh(in, {in.rows({3}), in.rows({2, 3}), in.below(3)});
-    a.coords() = m.coords;
-    a.connect() = m.connect;
+    read_mesh(in, a, {in.rows({3}), in.rows({2, 3}), in.below(3)});
     a.real_result() = read_old_result(in);
 }
 

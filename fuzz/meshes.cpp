@@ -110,16 +110,16 @@ void vary(input& in, grid& g)
     if (in.chance(15) && !g.elements.empty()) g.elements.pop_back(); // a hole at the end
 }
 
-dense2D<unsigned> matrix(const std::vector<element>& elements, std::size_t rows)
+ids matrix(const std::vector<element>& elements, std::size_t rows)
 {
     if (elements.empty()) return without_entries<unsigned>(rows, 0);
-    dense2D<unsigned> m(rows, elements.size());
+    ids m(rows, elements.size());
     for (std::size_t j = 0; j < m.cols; ++j)
         for (std::size_t i = 0; i < rows; ++i) m(i, j) = elements[j][i];
     return m;
 }
 
-void spoil(input& in, dense2D<unsigned>& m, std::size_t bound)
+void spoil(input& in, ids& m, std::size_t bound)
 {
     for (std::size_t j = 0; j < m.cols; ++j)
         for (std::size_t i = 0; i < m.rows; ++i)
@@ -135,11 +135,11 @@ void spoil(input& in, dense1D<unsigned, 8>& v, std::size_t bound)
 
 } // namespace
 
-dense2D<unsigned> read_ids(input& in, extent size, std::size_t bound)
+ids read_ids(input& in, extent size, std::size_t bound)
 {
     const auto [rows, cols] = size;
     if (rows == 0 || cols == 0) return without_entries<unsigned>(rows, cols);
-    dense2D<unsigned> m(rows, cols);
+    ids m(rows, cols);
     for (std::size_t j = 0; j < cols; ++j)
         for (std::size_t i = 0; i < rows; ++i) m(i, j) = in.id(bound);
     return m;
@@ -218,7 +218,7 @@ dense2D<double> read_metrics(input& in, extent size)
     return m;
 }
 
-dense2D<unsigned> read_result(input& in, std::initializer_list<std::size_t> usual_rows)
+ids read_result(input& in, std::initializer_list<std::size_t> usual_rows)
 {
     const std::size_t cols = in.chance(50) ? 0 : 1 + in.below(5);
     const std::size_t rows = in.chance(20) ? 0 : in.rows(usual_rows);
@@ -262,9 +262,22 @@ mesh read_mesh(input& in, mesh_extent extents)
     return m;
 }
 
-dense2D<unsigned> read_quadratic(input& in, std::size_t rows, std::size_t nodes)
+void read_mesh(input& in, arguments& a, mesh_extent extents)
 {
-    dense2D<unsigned> m = read_ids(in, {rows, in.below(8)}, nodes);
+    const mesh m = read_mesh(in, extents);
+    a.coords() = m.coords;
+    a.connect() = m.connect;
+}
+
+void unset_some(input& in, ids& m, unsigned percent)
+{
+    for (std::size_t j = 0; j < m.cols && m.rows > 0; ++j)
+        if (in.chance(percent)) m(in.below(unsigned(m.rows)), j) = UNSET_ID;
+}
+
+ids read_quadratic(input& in, std::size_t rows, std::size_t nodes)
+{
+    ids m = read_ids(in, {rows, in.below(8)}, nodes);
     if (rows != 8 && rows != 9) return m;
     for (std::size_t j = 0; j < m.cols; ++j)
         if (in.chance(40)) std::fill(m.column(j) + 6, m.column(j) + rows, UNSET_ID);

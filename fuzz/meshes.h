@@ -6,29 +6,29 @@
 
 namespace fuzz {
 
-/// Sizes are passed in braces: what is drawn there is drawn in that order by every compiler, so that
-/// a file means the same in all builds.
+/// Sizes are passed in braces: what is drawn there is drawn in that order by every compiler, so
+/// that a file means the same in all builds.
 struct extent {
     std::size_t rows, cols;
 };
 
-dense2D<unsigned> read_ids(input& in, extent size, std::size_t bound);
+ids read_ids(input& in, extent size, std::size_t bound);
 dense2D<double> read_reals(input& in, extent size);
 dense1D<unsigned, 8> read_id_list(input& in, std::size_t size, std::size_t bound);
 /// Sizes: mostly positive.
 dense1D<double, 8> read_real_list(input& in, std::size_t size);
 
-/// Metrics in 3 or 6 rows: positive definite ones, thin, semidefinite, indefinite and wild ones. Any
-/// other row count gets plain reals.
+/// Metrics in 3 or 6 rows: positive definite ones, thin, semidefinite, indefinite and wild ones.
+/// Any other row count gets plain reals.
 dense2D<double> read_metrics(input& in, extent size);
 
 /// A matrix that may hold data, to append to or to replace.
-dense2D<unsigned> read_result(input& in, std::initializer_list<std::size_t> usual_rows);
+ids read_result(input& in, std::initializer_list<std::size_t> usual_rows);
 
 struct mesh {
     dense2D<double> coords;
-    dense2D<unsigned> connect;
-    dense2D<unsigned> neighbors;
+    ids connect;
+    ids neighbors;
     dense1D<unsigned, 8> node_element;
 };
 
@@ -41,7 +41,13 @@ struct mesh_extent {
 /// no element.
 mesh read_mesh(input& in, mesh_extent extents);
 
+/// As above for calls that take coordinates and elements: both go into `a`.
+void read_mesh(input& in, arguments& a, mesh_extent extents);
+
+/// Unsets an entry in about `percent` columns of a hundred.
+void unset_some(input& in, ids& m, unsigned percent);
+
 /// As above in quadratic storage of 6, 8 or 9 rows; IDs only, below the count of nodes.
-dense2D<unsigned> read_quadratic(input& in, std::size_t rows, std::size_t nodes);
+ids read_quadratic(input& in, std::size_t rows, std::size_t nodes);
 
 } // namespace fuzz

@@ -13,8 +13,6 @@ using namespace vorel::tessalo2d;
 
 namespace {
 
-using ids = dense2D<unsigned>;
-
 std::vector<unsigned> column(const ids& m, std::size_t j)
 {
     std::vector<unsigned> entries;
@@ -167,9 +165,7 @@ void prepare_degenerated(input& in, arguments& a)
 {
     const unsigned nodes = in.pick({3u, 6u, 200u}); // few, so that many are equal
     a.connect() = read_ids(in, {in.rows({4, 4, 8, 9}), in.below(70)}, nodes);
-    const unsigned unset = in.pick({0u, 0u, 15u});
-    for (std::size_t j = 0; j < a.connect().cols && a.connect().rows > 0; ++j)
-        if (in.chance(unset)) a.connect()(in.below(unsigned(a.connect().rows)), j) = UNSET_ID;
+    unset_some(in, a.connect(), in.pick({0u, 0u, 15u}));
     a.list() = read_id_list(in, in.below(4), 9);
 }
 
@@ -247,7 +243,7 @@ int reorient_failure(const arguments& a)
     const ids& connect = a.connect();
     if (connect.cols == 0) return 0;
     if (!connect.is_empty() && !holds_faces(connect, UNSET_ID)) return -1;
-    if (a.neighbors().rows != connect.rows || a.neighbors().cols != connect.cols) return -2;
+    if (!same_shape(a.neighbors(), connect)) return -2;
     return a.count[0] < connect.cols ? 0 : -3;
 }
 
@@ -281,7 +277,7 @@ int connected_failure(const arguments& a)
 {
     const ids& connect = a.connect();
     if (connect.rows != 3 && connect.rows != 4) return -1;
-    if (a.neighbors().rows != connect.rows || a.neighbors().cols != connect.cols) return -2;
+    if (!same_shape(a.neighbors(), connect)) return -2;
     return holds_IDs(a.node_element(), connect.cols, true) ? 0 : -3;
 }
 

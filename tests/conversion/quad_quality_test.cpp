@@ -114,6 +114,22 @@ TEST(QuadShapeQuality3, IsMultipliedByTheFold)
     }
 }
 
+TEST(QuadShapeQuality3, DoesNotDependOnTheUnitOfLength)
+{
+    std::mt19937 draw(5);
+    std::uniform_real_distribution<double> move(-0.3, 0.3);
+    for (int k = 0; k < 100; ++k) {
+        points p{0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0};
+        for (double& x : p) x += move(draw);
+        // Powers of two round nothing.
+        for (const double unit : {0x1p-20, 0x1p-3, 0x1p20}) {
+            points scaled = p;
+            for (double& x : scaled) x *= unit;
+            EXPECT_EQ(shape3(scaled), shape3(p)) << "draw " << k << ", unit " << unit;
+        }
+    }
+}
+
 TEST(QuadShapeQuality3, IsZeroForACornerWithoutAreaAndForNoNumbers)
 {
     EXPECT_EQ(shape3({0, 0, 0, 1, 0, 0, 2, 0, 0, 0, 2, 0}), 0.0);
@@ -165,6 +181,30 @@ TEST(FoldFactor, TakesThePairThatAgreesLess)
     EXPECT_DOUBLE_EQ(fold_factor(x, slant, x, x), 0.75);
     EXPECT_EQ(fold_factor(x, y, x, minus), 0.0);
     EXPECT_EQ(fold_factor(x, minus, x, y), 0.0);
+}
+
+TEST(FoldFactor, StaysInRangeWhereTheCosineIsRoundedOutOfIt)
+{
+    std::mt19937 draw(6);
+    std::uniform_real_distribution<double> entry(-1.0, 1.0);
+    int beyond[2] = {0, 0};
+    for (int round = 0; round < 1000; ++round) {
+        const vec3 n{{entry(draw), entry(draw), entry(draw)}};
+        const double factor = entry(draw);
+        const vec3 m = factor * n;
+        const double squares =
+            (n[0] * n[0] + n[1] * n[1] + n[2] * n[2]) * (m[0] * m[0] + m[1] * m[1] + m[2] * m[2]);
+        const double cosine = (n[0] * m[0] + n[1] * m[1] + n[2] * m[2]) / std::sqrt(squares);
+        if (cosine < -1.0) {
+            ++beyond[0];
+            EXPECT_EQ(fold_factor(n, m, n, m), 0.0) << "round " << round;
+        } else if (cosine > 1.0) {
+            ++beyond[1];
+            EXPECT_DOUBLE_EQ(fold_factor(n, m, n, m), 1.0) << "round " << round;
+        }
+    }
+    EXPECT_GT(beyond[0], 20);
+    EXPECT_GT(beyond[1], 20);
 }
 
 TEST(FoldFactor, OfANormalWithoutLengthIsNotANumber)

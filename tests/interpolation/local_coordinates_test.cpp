@@ -103,6 +103,31 @@ TEST(LocalCoordsT3, TakeTheTwoShorterEdgesAsBase)
     EXPECT_EQ((in_triangle(equal, {{0.5, 0.5}}, &determinant), determinant), 4.0);
 }
 
+TEST(LocalCoordsT3, DivideByTheDeterminantOfThatBaseToTheLastBit)
+{
+    std::mt19937 draw(21);
+    std::uniform_real_distribution<double> place(-1.0, 1.0);
+    int telling[2] = {0, 0};
+    for (int round = 0; round < 1000; ++round) {
+        dense2D<double> coords(2, 3);
+        for (std::size_t j = 0; j < 3; ++j)
+            for (std::size_t i = 0; i < 2; ++i) coords(i, j) = place(draw);
+        const double ax = coords(0, 0) - coords(0, 2), ay = coords(1, 0) - coords(1, 2);
+        const double bx = coords(0, 1) - coords(0, 2), by = coords(1, 1) - coords(1, 2);
+        const double cx = coords(0, 1) - coords(0, 0), cy = coords(1, 1) - coords(1, 0);
+        const double by_b = ax * by - ay * bx;
+        const double by_c = ax * cy - ay * cx;
+        const double cc = cx * cx + cy * cy;
+        const bool shortest = cc < ax * ax + ay * ay && cc < bx * bx + by * by;
+        telling[shortest] += by_b != by_c;
+        double determinant;
+        (void)in_triangle(coords, {{0.1, 0.2}}, &determinant);
+        EXPECT_EQ(determinant, shortest ? by_c : by_b) << "round " << round;
+    }
+    EXPECT_GT(telling[0], 20);
+    EXPECT_GT(telling[1], 20);
+}
+
 TEST(LocalCoordsT3, OfAFlatTriangleAreZero)
 {
     const dense2D<double> flat{{0, 0}, {1, 1}, {2, 2}};

@@ -5,6 +5,11 @@
 
 #include <vorel/tessalo2d.h>
 
+#include <algorithm>
+#include <numeric>
+#include <random>
+#include <vector>
+
 using namespace bench_support;
 using namespace vorel;
 
@@ -15,15 +20,27 @@ struct shape {
     unsigned layers;
 };
 
-/// An open line along the x-axis, its columns in line order.
+enum class edge_order {
+    rising,  ///< along the line, as a mesher hands it out: numbered without look-ups
+    closing, ///< the same but for the first edge, which closes a loop: through a table
+    shuffled ///< in random order: the worst that memory can meet
+};
+
+/// A line along the x-axis.
 struct line {
-    line(unsigned edges, std::size_t rows) : coords(rows, edges + 1, 0.0), connect(2, edges)
+    line(unsigned edges, std::size_t rows, edge_order order)
+        : coords(rows, edges + 1, 0.0), connect(2, edges)
     {
         for (unsigned k = 0; k <= edges; ++k) coords(0, k) = 1.0 + 1e-3 * k;
+        std::vector<unsigned> place(edges);
+        std::iota(place.begin(), place.end(), 0u);
+        if (order == edge_order::shuffled)
+            std::shuffle(place.begin(), place.end(), std::mt19937(1));
         for (unsigned e = 0; e < edges; ++e) {
-            connect(0, e) = e;
-            connect(1, e) = e + 1;
+            connect(0, place[e]) = e;
+            connect(1, place[e]) = e + 1;
         }
+        if (order == edge_order::closing) connect(0, 0) = edges;
     }
 
     dense2D<double> coords;
@@ -38,14 +55,14 @@ shape shape_of(const benchmark::State& state, unsigned pieces)
 }
 
 /// Runs `extrude(coords, connect, layers, output)` again and again in the same storage. New nodes
-/// get `written_rows` coordinates, more than the `rows` of the line when it is widened: then its old
-/// nodes are written, too.
+/// get `written_rows` coordinates, more than the `rows` of the line when it is widened: then its
+/// old nodes are written, too.
 template <class Extrude>
 void extrusion(benchmark::State& state, std::size_t rows, std::size_t written_rows, unsigned pieces,
-               Extrude extrude)
+               Extrude extrude, edge_order order = edge_order::rising)
 {
     const shape s = shape_of(state, pieces);
-    const line source(s.edges, rows);
+    const line source(s.edges, rows, order);
     dense2D<double> coords;
     dense2D<unsigned> output;
     if (!coords.copy(source.coords)) return;
@@ -73,11 +90,12 @@ const vector_fixed<double, 3> center = {{0.1, -0.2, 0.3}};
 const vector_fixed<double, 3> rotation = {{0.4, 1.1, -0.7}};
 const vector_fixed<double, 3> translation = {{0.5, 2.0, -1.0}};
 
-void translate_plane_Q4(benchmark::State& state)
+void translate_plane_Q4(benchmark::State& state, edge_order order)
 {
-    extrusion(state, 2, 2, 1, [](auto& coords, auto& connect, unsigned N, auto& output) {
+    const auto extrude = [](auto& coords, auto& connect, unsigned N, auto& output) {
         return tessalo2d::extrude_translate_Q4(coords, connect, plane_vector, N, output);
-    });
+    };
+    extrusion(state, 2, 2, 1, extrude, order);
 }
 
 void translate_plane_T3(benchmark::State& state)
@@ -149,7 +167,9 @@ void shapes(benchmark::internal::Benchmark* b)
 
 } // namespace
 
-BENCHMARK(translate_plane_Q4)->Apply(shapes);
+BENCHMARK_CAPTURE(translate_plane_Q4, rising, edge_order::rising)->Apply(shapes);
+BENCHMARK_CAPTURE(translate_plane_Q4, closing, edge_order::closing)->Apply(shapes);
+BENCHMARK_CAPTURE(translate_plane_Q4, shuffled, edge_order::shuffled)->Apply(shapes);
 BENCHMARK(rotate_plane_Q4)->Apply(shapes);
 BENCHMARK(translate_plane_T3)->Apply(shapes);
 BENCHMARK(translate_space_Q4)->Apply(shapes);

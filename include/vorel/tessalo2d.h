@@ -334,8 +334,8 @@ VOREL_API int split_Q4_into_T3(const dense2D<double>& coords, const dense2D<unsi
 // told, and the output may have got its row count. An output must not share storage with `connect`.
 //
 // O(n) to widen or move `coords`, O((E + m) * N) for the rest. Each matrix grows once and each new
-// entry is written once. Working storage is up to about 100 bytes an edge, 16 where each edge goes on
-// from the one before it to a higher ID; where a line of few edges lies among many nodes it is
+// entry is written once. Working storage is up to about 100 bytes an edge, 16 where each edge goes
+// on from the one before it to a higher ID; where a line of few edges lies among many nodes it is
 // hashed, and IDs that collide take up to 250.
 
 /// Translation by `V` in the plane.

@@ -54,6 +54,7 @@ TEST(Dense2D, ConstructorsGiveShapeAndValues)
     EXPECT_EQ(columns(IDs{{1, 2, 3}, {4, 5, 6}}), (plain{{1, 2, 3}, {4, 5, 6}}));
     EXPECT_EQ(columns(IDs{{1, 2, 3}, {4}}), (plain{{1, 2, 3}, {4, 0, 0}}));
     EXPECT_EQ(columns(IDs{{1, 2}}), (plain{{1, 2}})) << "one column, not a shape";
+    EXPECT_EQ(columns(IDs{{}, {}}), (plain{{}, {}}));
     const IDs shape{3, 2};
     EXPECT_EQ(shape.rows, 3u);
     EXPECT_EQ(shape.cols, 2u);

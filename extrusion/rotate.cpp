@@ -4,6 +4,8 @@
 
 #include <vorel/tessalo2d.h>
 
+#include <type_traits>
+
 namespace vorel::tessalo2d {
 
 namespace {

@@ -1,5 +1,6 @@
 // The quadtree: setting up, inserting one node, searching.
 #include "interpolation/node_quadtree.h"
+
 #include "foundation/prefetch.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Normals at nodes by the rules of both passes; arguments, layouts and storage of both forms.
 #include "measures/triangle_normal.h"
 #include "support/allocation.h"
 #include "support/matrices.h"
@@ -6,6 +7,7 @@
 #include <cfloat>
 #include <cmath>
 #include <limits>
+#include <numeric>
 
 using namespace vorel;
 using support::bits;
@@ -18,13 +20,6 @@ constexpr unsigned U = UNSET_ID;
 constexpr double INF = std::numeric_limits<double>::infinity();
 constexpr double NOT_A_NUMBER = std::numeric_limits<double>::quiet_NaN();
 using vectors = std::vector<std::vector<double>>;
-
-vectors at_elements(const dense2D<double>& coords, const dense2D<unsigned>& connect, bool unit)
-{
-    dense2D<double> result{{5, 5, 5, 5}};
-    EXPECT_EQ(normals(coords, connect, unit, result), 0);
-    return columns(result);
-}
 
 vectors at_nodes(const dense2D<double>& coords, const dense2D<unsigned>& connect, double exponent,
                  bool unit)
@@ -92,88 +87,28 @@ vectors gathered_by_node(const dense2D<double>& coords, const dense2D<unsigned>&
 
 } // namespace
 
-TEST(ElementNormals, OfARightTriangleAndAUnitSquareAreTwiceTheirAreas)
+TEST(NodeNormals, DoNotDependOnWhereTheNodesLie)
 {
-    const dense2D<double> coords{{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}};
-    EXPECT_EQ(at_elements(coords, {{0, 1, 3}}, false), (vectors{{0, 0, 1}}));
-    EXPECT_EQ(at_elements(coords, {{0, 1, 2, 3}, {0, 3, 1, U}}, false),
-              (vectors{{0, 0, 2}, {0, 0, -1}}));
-    EXPECT_EQ(at_elements(coords, {{0, 1, 2, 3}, {0, 3, 1, U}}, true),
-              (vectors{{0, 0, 1}, {0, 0, -1}}));
-}
-
-TEST(ElementNormals, AreUnitVectorsOrZero)
-{
-    for (unsigned seed = 1; seed <= 5; ++seed) {
-        support::mesh m = support::grid_mixed(7, 6, 3, seed);
-        support::jitter(m, 0.5, seed);
-        const vectors raw = at_elements(m.coords, m.connect, false);
-        const vectors unit = at_elements(m.coords, m.connect, true);
-        for (std::size_t e = 0; e < raw.size(); ++e) {
-            EXPECT_NEAR(norm(unit[e]), 1.0, 1e-15);
-            for (std::size_t i = 0; i < 3; ++i)
-                EXPECT_NEAR(unit[e][i] * norm(raw[e]), raw[e][i], 1e-14);
-        }
+    // Neighbours come to lie far apart; the order of the elements, in which sums are made, stays.
+    support::mesh m = support::grid_mixed(40, 25, 3);
+    support::jitter(m, 0.4, 5);
+    const auto nodes = static_cast<unsigned>(m.coords.cols);
+    support::mesh far = m;
+    far.coords = support::copy_of(m.coords);
+    far.connect = support::copy_of(m.connect);
+    const auto place = [&](unsigned id) { return id * 397 % nodes; };
+    ASSERT_EQ(std::gcd(397u, nodes), 1u);
+    for (unsigned id = 0; id < nodes; ++id)
+        for (std::size_t i = 0; i < 3; ++i) far.coords(i, place(id)) = m.coords(i, id);
+    for (std::size_t e = 0; e < m.connect.cols; ++e)
+        for (std::size_t i = 0; i < 4; ++i)
+            if (m.connect(i, e) != U) far.connect(i, e) = place(m.connect(i, e));
+    for (const double exponent : {0.0, 1.0, -1.0, DBL_MAX, -DBL_MAX}) {
+        const vectors here = at_nodes(m.coords, m.connect, exponent, true);
+        const vectors there = at_nodes(far.coords, far.connect, exponent, true);
+        for (unsigned id = 0; id < nodes; ++id)
+            EXPECT_EQ(there[place(id)], here[id]) << "node " << id << ", exponent " << exponent;
     }
-    const dense2D<double> line{{0, 0, 0}, {1, 1, 1}, {2, 2, 2}};
-    EXPECT_EQ(at_elements(line, {{0, 1, 2}, {0, 0, 0}}, true), (vectors{{0, 0, 0}, {0, 0, 0}}));
-    EXPECT_EQ(at_elements(line, {{0, 1, 2, 1}}, true), (vectors{{0, 0, 0}}));
-}
-
-TEST(ElementNormals, FollowTheTurnOfTheCorners)
-{
-    support::mesh m = support::grid_mixed(7, 6, 3, 2);
-    support::jitter(m, 0.3, 2);
-    dense2D<unsigned> turned = support::copy_of(m.connect);
-    for (std::size_t e = 0; e < turned.cols; ++e) std::swap(turned(0, e), turned(2, e));
-    const vectors n = at_elements(m.coords, m.connect, false);
-    const vectors back = at_elements(m.coords, turned, false);
-    for (std::size_t e = 0; e < n.size(); ++e)
-        for (std::size_t i = 0; i < 3; ++i) EXPECT_NEAR(back[e][i], -n[e][i], 1e-14);
-}
-
-TEST(ElementNormals, OfAFlatMeshAddUpToTwiceItsArea)
-{
-    support::mesh m = support::grid_mixed(7, 6, 2, 2);
-    support::jitter(m, 0.3, 2);
-    double area = 0;
-    ASSERT_EQ(tessalo2d::area(m.coords, m.connect, area), 0);
-    const support::mesh up = support::lifted(m, [](double, double) { return 4.0; });
-    double sum = 0;
-    for (const auto& n : at_elements(up.coords, up.connect, false)) sum += n[2];
-    EXPECT_NEAR(sum, 2 * area, 1e-12 * area);
-}
-
-TEST(ElementNormals, AnElementWithoutACornerItNeedsHasNone)
-{
-    const dense2D<double> coords{{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}};
-    for (const bool unit : {false, true}) {
-        EXPECT_EQ(at_elements(coords, {{U, 1, 3}, {0, U, 3}, {0, 1, U}, {0, 1, 3}}, unit),
-                  (vectors{{0, 0, 0}, {0, 0, 0}, {0, 0, 0}, {0, 0, 1}}));
-        EXPECT_EQ(at_elements(coords, {{U, 1, 3, 2}, {0, U, 3, U}, {U, U, U, U}}, unit),
-                  (vectors{{0, 0, 0}, {0, 0, 0}, {0, 0, 0}}));
-    }
-}
-
-TEST(ElementNormals, AnElementWithoutACornerLeavesTheOthersOfItsBlockAlone)
-{
-    const dense2D<double> coords{{0, 0, 0}, {1, 0, 0}, {0, 2, 0}, {0, 0, 3}};
-    for (const std::size_t n : {1u, 2u, 63u, 64u, 65u, 127u, 128u, 129u})
-        for (const std::size_t hole : {std::size_t(0), n / 2, n - 1}) {
-            dense2D<unsigned> connect(3, n);
-            vectors expected;
-            for (std::size_t j = 0; j < n; ++j) {
-                const bool odd = j % 2 != 0;
-                connect(0, j) = 0;
-                connect(1, j) = odd ? 2 : 1;
-                connect(2, j) = odd ? 3 : 2;
-                expected.push_back(odd ? std::vector<double>{6, 0, 0}
-                                       : std::vector<double>{0, 0, 2});
-            }
-            connect(1, hole) = U;
-            expected[hole] = {0, 0, 0};
-            EXPECT_EQ(at_elements(coords, connect, false), expected) << n << ", hole " << hole;
-        }
 }
 
 TEST(Normals, CheckTheirArgumentsInOrderAndEmptyTheResultFirst)

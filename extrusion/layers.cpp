@@ -38,8 +38,8 @@ int extrude_elements_Q4(const dense2D<unsigned>& connect, const node_map& map, u
     const std::size_t ld = connectQ.ld;
     unsigned* column = connectQ.column(cols0);
     for (std::size_t e = 0; e < edges; ++e) {
-        const ID_pair ends = load_pair(connect.column(e));
-        const ID_pair copies = load_pair(map.copies.column(e));
+        const ID_pair ends = load_lanes<ID_pair>(connect.column(e));
+        const ID_pair copies = load_lanes<ID_pair>(map.copies.column(e));
         store_lanes(joined(ends, swapped(copies)), column);
         column += ld;
         // From the second layer on all four corners grow by the same number.
@@ -66,14 +66,14 @@ int extrude_elements_T3(const dense2D<unsigned>& connect, const node_map& map, u
     const bool checkerboard = pattern == 2;
     for (std::size_t e = 0; e < edges; ++e) {
         // The quadrilateral of a layer has lower[0], lower[1], upper[1] and upper[0] as corners.
-        ID_pair lower = load_pair(connect.column(e));
-        ID_pair upper = load_pair(map.copies.column(e));
+        ID_pair lower = load_lanes<ID_pair>(connect.column(e));
+        ID_pair upper = load_lanes<ID_pair>(map.copies.column(e));
         bool from_far = pattern == 0 || (checkerboard && e % 2 == 1);
         for (unsigned l = 0; l < N; ++l, column += 2 * ld) {
-            store_pair(lower, column);
+            store_lanes(lower, column);
             column[2] = from_far ? upper[0] : upper[1];
             column[ld] = from_far ? lower[1] : lower[0];
-            store_pair(swapped(upper), column + ld + 1);
+            store_lanes(swapped(upper), column + ld + 1);
             from_far ^= checkerboard;
             lower = upper;
             upper += m;

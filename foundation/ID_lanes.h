@@ -10,14 +10,16 @@ using ID_pair = unsigned __attribute__((vector_size(2 * sizeof(unsigned))));
 /// Comparisons of ID_lanes give all ones for true and 0 for false.
 using ID_lanes = unsigned __attribute__((vector_size(4 * sizeof(unsigned))));
 
-inline ID_pair load_pair(const unsigned* from)
+template <class IDs = ID_lanes>
+inline IDs load_lanes(const unsigned* from)
 {
-    ID_pair loaded;
+    IDs loaded;
     std::memcpy(&loaded, from, sizeof loaded);
     return loaded;
 }
 
-inline void store_pair(const ID_pair& stored, unsigned* to)
+template <class IDs>
+inline void store_lanes(const IDs& stored, unsigned* to)
 {
     std::memcpy(to, &stored, sizeof stored);
 }
@@ -30,18 +32,6 @@ inline ID_pair swapped(const ID_pair& pair)
 inline ID_lanes joined(const ID_pair& low, const ID_pair& high)
 {
     return __builtin_shufflevector(low, high, 0, 1, 2, 3);
-}
-
-inline ID_lanes load_lanes(const unsigned* from)
-{
-    ID_lanes loaded;
-    std::memcpy(&loaded, from, sizeof loaded);
-    return loaded;
-}
-
-inline void store_lanes(const ID_lanes& stored, unsigned* to)
-{
-    std::memcpy(to, &stored, sizeof stored);
 }
 
 inline ID_lanes equal_lanes(const ID_lanes& a, const ID_lanes& b)

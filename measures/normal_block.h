@@ -30,7 +30,6 @@ public:
     void load(const double* points, std::size_t point_ld, const unsigned* column, std::size_t ld,
               std::size_t count)
     {
-        size = count;
         if (!all_have_corners(column, ld, count)) {
             normals[(count - 1) / 2] = {};
             for (std::size_t i = 0; i < count; ++i, column += ld) {
@@ -53,9 +52,9 @@ public:
 
     /// Scales the normals to length 1, but those without length, and notes the lengths that they
     /// had.
-    void scale()
+    void scale(std::size_t count)
     {
-        for (std::size_t i = 0; i < (size + 1) / 2; ++i) {
+        for (std::size_t i = 0; i < (count + 1) / 2; ++i) {
             const lanes q = squared_length(normals[i]);
             const lanes root = square_root(q);
             const auto stays = (q == 0.0) | (q == 1.0);
@@ -67,12 +66,12 @@ public:
     vec3 normal(std::size_t i) const { return lane(normals[i / 2], i % 2); }
     double length(std::size_t i) const { return lengths[i / 2][i % 2]; }
 
-    /// Writes the normals from `to` on, `ld` apart.
-    void store_normals(double* to, std::size_t ld) const
+    /// Writes `count` normals from `to` on, `ld` apart.
+    void store_normals(std::size_t count, double* to, std::size_t ld) const
     {
-        for (std::size_t i = 0; i + 1 < size; i += 2, to += 2 * ld)
+        for (std::size_t i = 0; i + 1 < count; i += 2, to += 2 * ld)
             store_both(normals[i / 2], to, to + ld);
-        if (size % 2 == 1) store(normal(size - 1), to);
+        if (count % 2 == 1) store(normal(count - 1), to);
     }
 
 private:
@@ -125,7 +124,6 @@ private:
         return select(turned > 0.0, cross(a - c, b - corners(1, 1)), n);
     }
 
-    std::size_t size = 0;
     vec<3, lanes> normals[CAPACITY / 2];
     lanes lengths[CAPACITY / 2];
 };

@@ -39,8 +39,8 @@ void element_normals(const dense2D<double>& coords, const dense2D<unsigned>& con
     double* to = vectors.column(0);
     for_each_block<MIXED>(coords, connect,
                           [&](normal_block<MIXED>& block, const unsigned*, std::size_t count) {
-                              if (unit_length) block.scale();
-                              block.store_normals(to, to_ld);
+                              if (unit_length) block.scale(count);
+                              block.store_normals(count, to, to_ld);
                               to += count * to_ld;
                           });
 }
@@ -83,7 +83,7 @@ void gather_normals(const dense2D<double>& coords, const dense2D<unsigned>& conn
     for_each_block<MIXED>(
         coords, connect,
         [&](normal_block<MIXED>& block, const unsigned* column, std::size_t count) {
-            block.scale();
+            block.scale(count);
             for (std::size_t i = 0; i < count; ++i, column += ld)
                 if (block.has_corners(column))
                     gather(column, block.is_quad(column) ? 4 : 3, block.normal(i), block.length(i));
